@@ -1,0 +1,99 @@
+#include "dns/query_builder.h"
+
+#include <utility>
+
+#include "dns/reverse_name.h"
+#include "platform/os.h"
+
+namespace {
+
+// Types whose QNAME is the name itself: bit n stands for type n (1, 2, 5, 15, 16).
+constexpr std::uint32_t name_path_types = 0x18026;
+constexpr std::uint32_t type_ptr = 12;
+constexpr std::size_t max_label = 255;
+constexpr std::size_t header_size = 12;
+
+// 15 bits of a linear congruential generator. The ID only has to differ from
+// one query to the next often enough; it is no defence against spoofing.
+unsigned next_random() {
+    static std::uint32_t state = [] {
+        std::uint64_t seconds = 0;
+        std::uint32_t millis = 0;
+        os::clock_now(seconds, millis);
+        return static_cast<std::uint32_t>(seconds);
+    }();
+    state = state * 1103515245u + 12345u;
+    return (state >> 16) & 0x7fffu;
+}
+
+char draw_digit(unsigned low, unsigned high) {
+    if (low > high) std::swap(low, high);
+    return static_cast<char>('0' + low + next_random() % (high - low + 1));
+}
+
+bool append_label(std::string_view label, byte_list& out) {
+    if (label.size() > max_label) return false;
+    out.push_back(static_cast<std::uint8_t>(label.size()));
+    out.insert(out.end(), label.begin(), label.end());
+    return true;
+}
+
+}  // namespace
+
+std::string make_packet_id() {
+    std::string id(2, '0');
+    id[0] = draw_digit(1, 9);
+    id[1] = draw_digit(0, 9);
+    return id;
+}
+
+bool encode_name(std::string_view text, byte_list& out) {
+    out.clear();
+    if (text.empty()) return false;
+    // The labels are the non-empty stretches between dots: leading, doubled
+    // and trailing dots add nothing.
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        std::size_t dot = text.find('.', start);
+        if (dot == std::string_view::npos) dot = text.size();
+        std::string_view label = text.substr(start, dot - start);
+        if (!label.empty() && !append_label(label, out)) return false;
+        start = dot + 1;
+    }
+    if (out.empty()) return false;
+    out.push_back(0);
+    return true;
+}
+
+bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
+    entry = dns_entry{};
+
+    const std::string id_text = make_packet_id();
+    const auto id = static_cast<std::uint16_t>((id_text[0] - '0') * 10 + (id_text[1] - '0'));
+
+    byte_list qname;
+    bool encoded = false;
+    if (type <= 16 && ((name_path_types >> type) & 1u) != 0) {
+        encoded = encode_name(text, qname);
+    } else if (type == type_ptr) {
+        encoded = encode_reverse_name(text, qname);
+    }
+    if (!encoded) return false;
+
+    // ID low byte first, RD set, one question, nothing else.
+    byte_list message{static_cast<std::uint8_t>(id & 0xff), static_cast<std::uint8_t>(id >> 8),
+                      0x01, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
+    message.reserve(header_size + qname.size() + 4);
+    message.insert(message.end(), qname.begin(), qname.end());
+    message.push_back(static_cast<std::uint8_t>((type >> 8) & 0xff));
+    message.push_back(static_cast<std::uint8_t>(type & 0xff));
+    message.push_back(0x00);
+    message.push_back(0x01);
+
+    entry.packet = shared_packet(std::move(message));
+    entry.query.assign(text);
+    entry.dns_type = static_cast<std::uint16_t>(type);
+    entry.dns_class = 1;
+    entry.packet_id = id;
+    return true;
+}

@@ -1,0 +1,20 @@
+#pragma once
+// Builds the one message a query sends: a 12-byte header and one question.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "dns/bytes.h"
+#include "dns/dns_entry.h"
+
+// Fills `entry` with a query for `text` of record type `type`. False (and
+// `entry` reset) when the text can't be encoded.
+bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type);
+
+// QNAME of a name: its non-empty stretches between dots as labels of up to
+// 255 bytes, closed by a zero byte. False for empty or dots-only text.
+bool encode_name(std::string_view text, byte_list& out);
+
+// Two decimal digits, the first never 0; the generator is seeded once per process.
+std::string make_packet_id();

@@ -1,0 +1,75 @@
+#include "driver/tool_options.h"
+
+#include <string_view>
+
+#include "driver/common_options.h"
+#include "driver/messages.h"
+#include "platform/text.h"
+
+namespace {
+
+struct pipe_command {
+    std::string_view name;
+    std::uint32_t type;
+};
+
+constexpr pipe_command pipe_commands[] = {
+    {"-url_pipe", 1}, {"-ip_pipe", 12}, {"-mx_pipe", 15},
+    {"-ns_pipe", 2},  {"-cname_pipe", 5}, {"-txt_pipe", 16},
+};
+
+struct plain_command {
+    std::string_view name;
+    std::string input_params::*field;
+    std::uint32_t type;
+};
+
+constexpr plain_command plain_commands[] = {
+    {"-url", &input_params::url_value, 1},  {"-ip", &input_params::ip_value, 12},
+    {"-mx", &input_params::mx_value, 15},   {"-txt", &input_params::txt_value, 16},
+    {"-ns", &input_params::ns_value, 2},    {"-cname", &input_params::ns_value, 5},
+};
+
+void parse_pipe_commands(input_params& params, arg_list& args) {
+    for (const auto& command : pipe_commands) {
+        if (!find_flag(command.name, args)) continue;
+        if (!params.enum_dir_given) params.pipe_input = true;
+        params.query_type = command.type;
+    }
+}
+
+bool parse_plain_commands(input_params& params, arg_list& args) {
+    for (const auto& command : plain_commands) {
+        std::string& field = params.*command.field;
+        if (!find_value(command.name, field, args)) continue;
+        if (!params.query_target.empty()) {
+            write_error("invalid combination of commands\n");
+            return false;
+        }
+        params.query_target = field;
+        params.query_type = command.type;
+    }
+    return true;
+}
+
+void parse_number_option(std::string_view name, std::uint32_t& field, arg_list& args) {
+    std::string value;
+    if (find_value(name, value, args)) parse_number(value, field);
+}
+
+}  // namespace
+
+bool parse_tool_options(input_params& params, arg_list& args) {
+    if (!parse_common_options(params, args)) return false;
+    parse_pipe_commands(params, args);
+    if (!parse_plain_commands(params, args)) return false;
+    if (!find_value("-server", params.server, args)) {
+        write_error("error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n");
+        return false;
+    }
+    if (find_flag("-ipv6", args)) params.ipv6 = true;
+    parse_number_option("-timeout", params.timeout_secs, args);
+    parse_number_option("-retry", params.retries, args);
+    parse_number_option("-delay", params.delay_secs, args);
+    return true;
+}

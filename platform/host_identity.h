@@ -1,0 +1,25 @@
+#pragma once
+// Facts of the machine for the run record.
+
+#include <string>
+#include <string_view>
+
+struct system_identity {
+    bool is_64bit = false;
+    std::string os_name;
+    std::string os_version;  // "major.minor.-"
+    std::string os_build;    // "major.minor.build"
+    bool version_from_file = false;
+};
+
+// The computer's name, "<unk>" if the system can't tell.
+std::string get_host_name();
+// Full path of the running program, empty on failure.
+std::string get_module_path();
+void get_system_identity(system_identity& identity);
+// os_name, os_version, os_build, word size, joined by separator; each field
+// has separator replaced by replacement first.
+void write_system_fields(const system_identity& identity, std::string& out,
+                         std::string_view separator, std::string_view replacement);
+bool is_remote_program();
+bool is_removable_program();

@@ -1,0 +1,133 @@
+// Files and directories behind the seam.
+#include <cerrno>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/os.h"
+#include "platform/posix/native_path.h"
+
+namespace os {
+
+namespace {
+constexpr std::uint64_t ticks_1601_to_1970 = 116444736000000000ULL;
+
+std::uint64_t to_ticks(std::int64_t seconds, std::int64_t nanoseconds) {
+    if (seconds < 0) return 0;
+    return ticks_1601_to_1970 + static_cast<std::uint64_t>(seconds) * 10000000ULL +
+           static_cast<std::uint64_t>(nanoseconds) / 100;
+}
+}  // namespace
+
+std::string native_path(const std::string& path) {
+    std::string native = path;
+    if (native.rfind("\\\\?\\", 0) == 0 || native.rfind("\\\\.\\", 0) == 0) native.erase(0, 4);
+    for (char& c : native)
+        if (c == '\\') c = '/';
+    return native;
+}
+
+file_handle file_open(const std::string& path, open_mode mode) {
+    int flags = O_CLOEXEC;
+    switch (mode) {
+        case open_mode::read: flags |= O_RDONLY; break;
+        case open_mode::write_truncate: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
+        case open_mode::write_keep: flags |= O_WRONLY | O_CREAT; break;
+    }
+    std::string native = native_path(path);
+    if (native.empty()) return invalid_file;
+    int fd;
+    do {
+        fd = ::open(native.c_str(), flags, 0666);
+    } while (fd < 0 && errno == EINTR);
+    return fd < 0 ? invalid_file : fd;
+}
+
+long file_write(file_handle file, const void* bytes, std::size_t count) {
+    const char* p = static_cast<const char*>(bytes);
+    std::size_t left = count;
+    while (left > 0) {
+        ssize_t n = ::write(file, p, left);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return -1;
+        }
+        p += n;
+        left -= static_cast<std::size_t>(n);
+    }
+    return static_cast<long>(count);
+}
+
+long file_read(file_handle file, void* buffer, std::size_t capacity) {
+    ssize_t n;
+    do {
+        n = ::read(file, buffer, capacity);
+    } while (n < 0 && errno == EINTR);
+    return n < 0 ? -1 : static_cast<long>(n);
+}
+
+bool file_seek_end(file_handle file) { return ::lseek(file, 0, SEEK_END) >= 0; }
+
+bool file_seek(file_handle file, std::uint64_t offset) {
+    return ::lseek(file, static_cast<off_t>(offset), SEEK_SET) >= 0;
+}
+
+bool file_close(file_handle file) { return file == invalid_file || ::close(file) == 0; }
+
+bool file_remove(const std::string& path) { return ::unlink(native_path(path).c_str()) == 0; }
+
+void file_make_writable(const std::string& path) {
+    std::string native = native_path(path);
+    struct stat facts {};
+    if (::stat(native.c_str(), &facts) == 0 && !(facts.st_mode & S_IWUSR))
+        ::chmod(native.c_str(), (facts.st_mode & 07777) | S_IWUSR);
+}
+
+bool file_stat(const std::string& path, file_facts& facts) {
+    std::string native = native_path(path);
+    struct statx ext {};
+    if (::statx(AT_FDCWD, native.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &ext) != 0) return false;
+    facts.is_directory = S_ISDIR(ext.stx_mode);
+    facts.size = ext.stx_size;
+    facts.write_time = to_ticks(ext.stx_mtime.tv_sec, ext.stx_mtime.tv_nsec);
+    facts.create_time = (ext.stx_mask & STATX_BTIME) ? to_ticks(ext.stx_btime.tv_sec, ext.stx_btime.tv_nsec)
+                                                     : to_ticks(ext.stx_ctime.tv_sec, ext.stx_ctime.tv_nsec);
+    return true;
+}
+
+bool list_directory(const std::string& path, std::vector<dir_item>& items) {
+    items.clear();
+    std::string native = native_path(path);
+    DIR* dir = ::opendir(native.c_str());
+    if (!dir) return false;
+    while (dirent* entry = ::readdir(dir)) {
+        std::string name = entry->d_name;
+        if (name == "." || name == "..") continue;
+        bool is_dir = entry->d_type == DT_DIR;
+        if (entry->d_type == DT_UNKNOWN) {
+            struct stat facts {};
+            is_dir = ::stat((native + "/" + name).c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+        }
+        items.push_back({std::move(name), is_dir});
+    }
+    ::closedir(dir);
+    return true;
+}
+
+bool get_env(const std::string& name, std::string& value) {
+    const char* found = ::getenv(name.c_str());
+    if (!found) return false;
+    value = found;
+    return true;
+}
+
+std::string current_directory() {
+    std::string path(4096, '\0');
+    if (!::getcwd(path.data(), path.size())) return std::string();
+    path.resize(path.find('\0'));
+    return path;
+}
+
+}  // namespace os

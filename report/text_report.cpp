@@ -1,0 +1,227 @@
+#include "report/text_report.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "dns/type_names.h"
+#include "report/cells.h"
+#include "timefmt/formats.h"
+#include "timefmt/time_parts.h"
+
+namespace {
+
+constexpr std::size_t column_count = 13;
+constexpr std::size_t date_column = 5;  // the pair gap stands behind it
+
+constexpr std::array<std::string_view, column_count> header_words = {
+    "query", "comment", "status", "id",   "DNSserv", "date", "time-UTC",
+    "type",  "tname",   "class",  "ttl",  "size",    "data"};
+
+// What the parameter block makes of one line: gaps and cell widths.
+struct line_layout {
+    std::string_view separator;
+    std::string_view pair_gap;
+    std::string_view list_gap;
+    std::array<std::size_t, column_count> widths{};  // all 0 in the compact layout
+};
+
+line_layout make_layout(const input_params& params) {
+    line_layout layout;
+    layout.separator = params.separator;
+    if (params.compact_columns) {
+        layout.pair_gap = params.pair_blank ? " " : "";
+        layout.list_gap = ";";
+        return layout;
+    }
+    layout.pair_gap = " ";
+    layout.list_gap = "; ";
+    std::size_t date_length = params.date_format.size();
+    layout.widths = {40,
+                     9,
+                     7,
+                     4,
+                     params.server.size(),
+                     date_length == 8 || date_length == 10 ? date_length : 0,
+                     time_column_width(params.time_format),
+                     4,
+                     6,
+                     5,
+                     6,
+                     4,
+                     0};
+    return layout;
+}
+
+void write_separator(uni::output_stream& out, const line_layout& layout, std::size_t column) {
+    out.write(layout.separator);
+    if (column == date_column) out.write(layout.pair_gap);
+}
+
+void write_header(uni::output_stream& out, const line_layout& layout) {
+    for (std::size_t column = 0; column < column_count; ++column) {
+        if (column + 1 == column_count) {
+            out.write(header_words[column]);
+            break;
+        }
+        cells::write_left(out, header_words[column], layout.widths[column]);
+        write_separator(out, layout, column);
+    }
+    out.end_line();
+}
+
+// AAAA in full: every group written, zero runs not folded.
+void write_ipv6_groups(uni::output_stream& out, std::span<const std::uint8_t> data) {
+    for (std::size_t i = 0; i + 1 < data.size(); i += 2) {
+        if (i != 0) out.put(':');
+        cells::write_number(out, (unsigned{data[i]} << 8) | data[i + 1], 16);
+    }
+}
+
+// TXT as it stands; only CR and LF become blanks so the row stays one line.
+void write_txt(uni::output_stream& out, std::span<const std::uint8_t> data) {
+    const char* text = reinterpret_cast<const char*>(data.data());
+    std::size_t run_start = 0;
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        if (text[i] != '\r' && text[i] != '\n') continue;
+        out.write(text + run_start, i - run_start);
+        out.put(' ');
+        run_start = i + 1;
+    }
+    out.write(text + run_start, data.size() - run_start);
+}
+
+// Decoded names and SOA fields, kept between rows so a row allocates nothing.
+struct data_scratch {
+    std::string name;
+    soa_data soa;
+};
+
+data_scratch& scratch() {
+    thread_local data_scratch instance;
+    return instance;
+}
+
+void write_mx(uni::output_stream& out, const dns_entry& entry, std::span<const std::uint8_t> data,
+              std::string_view list_gap) {
+    // No whole preference: nothing to translate.
+    if (data.size() < 2) {
+        cells::write_hex_bytes(out, data);
+        return;
+    }
+    cells::write_number(out, (unsigned{data[0]} << 8) | data[1]);
+    out.write(list_gap);
+    std::string& name = scratch().name;
+    if (cells::read_packet_name(entry, entry.data_offset + 2, name))
+        out.write(name);
+    else
+        cells::write_hex_bytes(out, data);
+}
+
+void write_data_cell(uni::output_stream& out, const dns_entry& entry, std::string_view list_gap) {
+    if (entry.data_length == 0) {
+        out.write("  <none>");
+        return;
+    }
+    std::span<const std::uint8_t> data = cells::record_data(entry);
+    switch (entry.dns_type) {
+    case 1:  // A
+        if (entry.data_length == 4 && data.size() == 4)
+            cells::write_ipv4(out, data.first<4>());
+        else
+            cells::write_hex_bytes(out, data);
+        return;
+    case 28:  // AAAA
+        write_ipv6_groups(out, data);
+        return;
+    case 15:  // MX
+        write_mx(out, entry, data, list_gap);
+        return;
+    case 2:   // NS
+    case 5:   // CNAME
+    case 12:  // PTR
+        if (std::string& name = scratch().name; cells::read_packet_name(entry, entry.data_offset, name))
+            out.write(name);
+        else
+            cells::write_hex_bytes(out, data);
+        return;
+    case 6:  // SOA
+        if (soa_data& soa = scratch().soa; cells::read_packet_soa(entry, soa))
+            write_soa_text(soa, out, list_gap);
+        else
+            cells::write_hex_bytes(out, data);
+        return;
+    case 16:  // TXT: only answer records carry raw data
+        write_txt(out, entry.raw_data());
+        out.put('\n');  // the row is followed by an empty line
+        return;
+    default:
+        cells::write_hex_bytes(out, data);
+        return;
+    }
+}
+
+// SOA names are written up to a zero byte they may hold.
+std::string_view up_to_zero(const std::string& text) {
+    return std::string_view(text).substr(0, text.find('\0'));
+}
+
+}  // namespace
+
+void write_soa_text(const soa_data& soa, uni::output_stream& out, std::string_view gap) {
+    out.write(up_to_zero(soa.domain_name));
+    out.write(gap);
+    out.write(up_to_zero(soa.admin_mailbox));
+    for (std::uint32_t value :
+         {soa.serial_num, soa.refresh_sec, soa.retry_sec, soa.expire_sec, soa.min_sec}) {
+        out.write(gap);
+        out.write("0x");
+        cells::write_number(out, value, 16, 8, '0');
+    }
+}
+
+void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_view comment,
+                      std::string_view status, input_params& params) {
+    const line_layout layout = make_layout(params);
+    if (params.show_header) {
+        write_header(out, layout);
+        params.show_header = false;
+    }
+    // The only guard against a separator inside a value.
+    if (params.clash_char != 0)
+        std::replace(entry.query.begin(), entry.query.end(), params.clash_char, params.clash_subst);
+
+    thread_local std::string date_text;
+    thread_local std::string time_text;
+    render_date_time(date_text, time_text, time_parts(entry.query_time), params.format_word);
+
+    const auto& w = layout.widths;
+    cells::write_left(out, entry.query, w[0]);
+    write_separator(out, layout, 0);
+    cells::write_left(out, comment, w[1]);
+    write_separator(out, layout, 1);
+    cells::write_left(out, status, w[2]);
+    write_separator(out, layout, 2);
+    cells::write_number(out, entry.packet_id, 16, w[3], '0');
+    write_separator(out, layout, 3);
+    cells::write_right(out, entry.dns_server, w[4]);
+    write_separator(out, layout, 4);
+    cells::write_left(out, date_text, w[5]);
+    write_separator(out, layout, 5);
+    cells::write_left(out, time_text, w[6]);
+    write_separator(out, layout, 6);
+    cells::write_number(out, entry.dns_type, 10, w[7]);
+    write_separator(out, layout, 7);
+    cells::write_right(out, record_type_name(entry.dns_type), w[8]);
+    write_separator(out, layout, 8);
+    cells::write_number(out, entry.dns_class, 10, w[9]);
+    write_separator(out, layout, 9);
+    cells::write_number(out, entry.ttl_secs, 10, w[10]);
+    write_separator(out, layout, 10);
+    cells::write_number(out, entry.data_length, 10, w[11]);
+    write_separator(out, layout, 11);
+    write_data_cell(out, entry, layout.list_gap);
+    out.end_line();
+}

@@ -1,0 +1,175 @@
+#include "report/xml_report.h"
+
+#include <charconv>
+#include <span>
+#include <utility>
+
+#include "dns/type_names.h"
+#include "dns/wire_reader.h"
+#include "report/cells.h"
+#include "timefmt/formats.h"
+#include "timefmt/time_parts.h"
+
+namespace {
+
+// Decoded texts kept between rows so a row allocates nothing.
+struct xml_scratch {
+    std::string date_text;
+    std::string time_text;
+    std::string text;
+    soa_data soa;
+};
+
+xml_scratch& scratch() {
+    thread_local xml_scratch instance;
+    return instance;
+}
+
+void write_element(uni::output_stream& out, std::string_view open, std::string_view value,
+                   std::string_view close) {
+    out.write(open);
+    out.write(value);
+    out.write(close);
+}
+
+void write_number_element(uni::output_stream& out, std::string_view open, std::uint64_t value,
+                          std::string_view close) {
+    out.write(open);
+    cells::write_number(out, value);
+    out.write(close);
+}
+
+// An attribute of translated_data; its opener carries the blank in front.
+void write_attribute(uni::output_stream& out, std::string_view opener, std::string_view value) {
+    out.write(opener);
+    out.write(value);
+    out.put('"');
+}
+
+void write_soa_attributes(uni::output_stream& out, const soa_data& soa) {
+    write_attribute(out, " domain_name=\"", soa.domain_name);
+    write_attribute(out, " admin_mailbox=\"", soa.admin_mailbox);
+    out.write(" serial_num=\"0x");
+    cells::write_number(out, soa.serial_num, 16);
+    out.put('"');
+    const std::pair<std::string_view, std::uint32_t> times[] = {{" refresh_sec=\"", soa.refresh_sec},
+                                                               {" retry_sec=\"", soa.retry_sec},
+                                                               {" expire_sec=\"", soa.expire_sec},
+                                                               {" min_sec=\"", soa.min_sec}};
+    for (const auto& [opener, value] : times) {
+        out.write(opener);
+        cells::write_number(out, value);
+        out.put('"');
+    }
+}
+
+void write_mx_attributes(uni::output_stream& out, const dns_entry& entry) {
+    // The preference is read from the packet, so a record cut short after
+    // one byte never reads past the message (what is missing reads 0).
+    wire_reader packet(entry.packet.data(), entry.packet.size());
+    out.write(" preference=\"");
+    cells::write_number(out, packet.u16_at(entry.data_offset), 10, 3);
+    out.put('"');
+    std::string& name = scratch().text;
+    cells::read_packet_name(entry, entry.data_offset + 2, name);
+    write_attribute(out, " mx_server=\"", name);
+}
+
+// The start tag of translated_data: attributes only, by record type.
+void write_translated_data(uni::output_stream& out, const dns_entry& entry,
+                           std::span<const std::uint8_t> data) {
+    out.write("<translated_data ");
+    switch (entry.dns_type) {
+    case 1:  // A
+        if (entry.data_length == 4 && data.size() == 4) {
+            out.write(" ipv4_addr=\"");
+            cells::write_ipv4(out, data.first<4>());
+            out.put('"');
+        }
+        break;
+    case 28: {  // AAAA
+        std::string& text = scratch().text;
+        text.clear();
+        format_ipv6(data.data(), data.size(), text);
+        write_attribute(out, " ipv6_addr=\"", text);
+        break;
+    }
+    case 15:  // MX
+        if (entry.data_length != 0) write_mx_attributes(out, entry);
+        break;
+    case 2:   // NS
+    case 5:   // CNAME
+    case 12: {  // PTR
+        std::string& name = scratch().text;
+        cells::read_packet_name(entry, entry.data_offset, name);
+        write_attribute(out, " domain_name=\"", name);
+        break;
+    }
+    case 6:  // SOA
+        if (soa_data& soa = scratch().soa; cells::read_packet_soa(entry, soa))
+            write_soa_attributes(out, soa);
+        break;
+    default:  // TXT too: its text shows only in raw_data_hex
+        break;
+    }
+    out.write("></translated_data>");
+}
+
+}  // namespace
+
+void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const input_params& params,
+                     std::string_view status) {
+    xml_scratch& texts = scratch();
+    render_date_time(texts.date_text, texts.time_text, time_parts(entry.query_time),
+                     params.format_word);
+    std::span<const std::uint8_t> data = cells::record_data(entry);
+
+    // Nothing is escaped: names go out as the bytes the server sent.
+    write_element(out, "<data_entry><query>", entry.query, "</query>");
+    write_element(out, "<status>", status, "</status>");
+    out.write("<packet_id>");
+    cells::write_number(out, entry.packet_id, 16, 4, '0');
+    out.write("</packet_id>");
+    write_element(out, "<dns_server>", entry.dns_server, "</dns_server>");
+    write_element(out, "<query_date_utc>", texts.date_text, "</query_date_utc>");
+    write_element(out, "<query_time_utc>", texts.time_text, "</query_time_utc>");
+    write_number_element(out, "<dns_type>", entry.dns_type, "</dns_type>");
+    write_element(out, "<dns_type_name>", record_type_name(entry.dns_type), "</dns_type_name>");
+    write_number_element(out, "<dns_class>", entry.dns_class, "</dns_class>");
+    write_number_element(out, "<ttl_secs>", entry.ttl_secs, "</ttl_secs>");
+    write_number_element(out, "<data_length>", entry.data_length, "</data_length>");
+    out.write("<raw_data_hex>");
+    cells::write_hex_bytes(out, data);
+    out.write("</raw_data_hex>");
+    write_translated_data(out, entry, data);
+    out.write("</data_entry>");
+    out.end_line();
+}
+
+bool format_ipv6(const std::uint8_t* data, std::size_t length, std::string& text) {
+    if (data == nullptr || length == 0) return false;
+    text.clear();
+    const std::size_t groups = length / 2;
+    bool folded = false;  // the one run of zero groups has been seen
+    bool inside = false;  // the walk is in that run now
+    for (std::size_t i = 0; i < groups; ++i) {
+        const unsigned group = (unsigned{data[2 * i]} << 8) | data[2 * i + 1];
+        const bool last = i + 1 == groups;
+        if (group != 0) {
+            inside = false;
+            char digits[4];
+            auto end = std::to_chars(digits, digits + sizeof digits, group, 16).ptr;
+            text.append(digits, end);
+        } else if (inside) {
+            continue;
+        } else if (folded) {
+            text.push_back('0');
+        } else {
+            if (i == 0) text.push_back(':');
+            folded = inside = true;
+            if (last) text.push_back(':');
+        }
+        if (!last) text.push_back(':');
+    }
+    return true;
+}

@@ -1,0 +1,55 @@
+#include "transport/attempts.h"
+
+#include <string_view>
+
+#include "platform/os.h"
+#include "report/hex_dump.h"
+#include "report/result_dispatch.h"
+#include "transport/exchange.h"
+
+namespace {
+
+constexpr std::string_view divider =
+    "-------------------------------------------------------------------------------";
+
+void write_line(uni::output_stream& out, std::string_view text) {
+    out.write(text);
+    out.end_line();
+}
+
+// Both packets of one try; a try that sent nothing shows two dividers only.
+void dump_try(uni::output_stream& out, const dns_result& result) {
+    out.end_line();
+    write_line(out, divider);
+    if (result.sent_size != 0) {
+        write_line(out, "packet that was sent");
+        dump_packet(result.sent_packet.bytes(), out);
+        out.end_line();
+    }
+    if (result.recv_size != 0) {
+        write_line(out, "packet that was recv'd");
+        dump_packet(result.recv_packet.bytes(), out);
+    }
+    write_line(out, divider);
+    out.end_line();
+}
+
+}  // namespace
+
+bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry,
+                  input_params& params) {
+    // Taken as signed, so -retry -1 (all bits set) allows no try at all.
+    const auto tries = static_cast<std::int32_t>(params.retries + 1u);
+    bool good = false;
+    for (std::int32_t count = 0; count < tries && !good; ++count) {
+        clear_result(result);
+        good = exchange_query(result, query_entry, params.server, params.timeout_secs);
+        report_result(out, result, query_entry, params);
+        // Also when this try wrote no row: one header per run at most.
+        params.show_header = false;
+        if (params.verbose && !params.xml_output) dump_try(out, result);
+        // The product wraps like the 32-bit millisecond count it stands for.
+        if (!good && params.delay_secs != 0) os::sleep_ms(params.delay_secs * 1000u);
+    }
+    return true;
+}
