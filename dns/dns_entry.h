@@ -23,7 +23,7 @@ struct dns_entry {
 
     // RDATA of an answer record; empty in the other sections and in a query.
     std::span<const std::uint8_t> raw_data() const {
-        if (!has_raw_data || data_offset + data_length > packet.size()) return {};
+        if (!has_raw_data || std::uint64_t{data_offset} + data_length > packet.size()) return {};
         return {packet.data() + data_offset, data_length};
     }
 };

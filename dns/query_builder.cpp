@@ -31,8 +31,12 @@ char draw_digit(unsigned low, unsigned high) {
     return static_cast<char>('0' + low + next_random() % (high - low + 1));
 }
 
+// A label too long drops what was built, so no half name is ever handed out.
 bool append_label(std::string_view label, byte_list& out) {
-    if (label.size() > max_label) return false;
+    if (label.size() > max_label) {
+        out.clear();
+        return false;
+    }
     out.push_back(static_cast<std::uint8_t>(label.size()));
     out.insert(out.end(), label.begin(), label.end());
     return true;
@@ -81,8 +85,18 @@ bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
     if (!encoded) return false;
 
     // ID low byte first, RD set, one question, nothing else.
-    byte_list message{static_cast<std::uint8_t>(id & 0xff), static_cast<std::uint8_t>(id >> 8),
-                      0x01, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
+    byte_list message{static_cast<std::uint8_t>(id & 0xff),
+                      static_cast<std::uint8_t>(id >> 8),
+                      0x01,
+                      0x00,
+                      0x00,
+                      0x01,
+                      0x00,
+                      0x00,
+                      0x00,
+                      0x00,
+                      0x00,
+                      0x00};
     message.reserve(header_size + qname.size() + 4);
     message.insert(message.end(), qname.begin(), qname.end());
     message.push_back(static_cast<std::uint8_t>((type >> 8) & 0xff));

@@ -58,7 +58,8 @@ bool read_section(const reply_context& reply, section kind, std::uint16_t count,
 
 std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_stamp,
                           const shared_packet& message, std::uint16_t& id_out,
-                          std::vector<dns_entry>& question_list, std::vector<dns_entry>& answer_list,
+                          std::vector<dns_entry>& question_list,
+                          std::vector<dns_entry>& answer_list,
                           std::vector<dns_entry>& authority_list,
                           std::vector<dns_entry>& additions_list) {
     question_list.clear();
@@ -84,7 +85,8 @@ std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_sta
     return offset;
 }
 
-bool read_soa(const std::uint8_t* message, std::int32_t length, std::uint32_t offset, soa_data& soa) {
+bool read_soa(const std::uint8_t* message, std::int32_t length, std::uint32_t offset,
+              soa_data& soa) {
     soa = soa_data{};
     const std::uint32_t mname_size = read_name(message, length, offset, soa.domain_name);
     if (mname_size == 0) return false;

@@ -27,8 +27,8 @@ constexpr std::array<type_word, 61> type_words{{
     {32769, "DLV"},
 }};
 
-static_assert(std::is_sorted(type_words.begin(), type_words.end(),
-                             [](const type_word& a, const type_word& b) { return a.type < b.type; }));
+constexpr bool by_number(const type_word& a, const type_word& b) { return a.type < b.type; }
+static_assert(std::is_sorted(type_words.begin(), type_words.end(), by_number));
 
 }  // namespace
 

@@ -6,8 +6,11 @@
 #include "driver/input_params.h"
 #include "driver/list_mode.h"
 #include "driver/messages.h"
+#include "driver/run_guard.h"
 #include "driver/run_record.h"
 #include "driver/tool_options.h"
+#include "platform/fileio.h"
+#include "report/fileio_output.h"
 #include "report/output_stream.h"
 #include "transport/attempts.h"
 #include "transport/dns_result.h"
@@ -61,19 +64,30 @@ int run_queries(uni::output_stream& out, input_params& params, const arg_list& a
 
 }  // namespace
 
+// Objects go away in reverse order of their making: the results file
+// (which writes what its stream holds) before the record and the parameter
+// block, and the guard last of all.
 int run_tool(arg_list& args) {
+    run_guard guard;
     input_params params;
     std::string record;
     build_run_record(args, record);
+    uni::console_output console;
     if (!parse_tool_options(params, args)) {
-        uni::console_output console;
         console.write(record);
         console.end_line();
         return -1;
     }
-    uni::console_output console;
-    uni::output_stream& out = console;
-    out.write(record);
-    out.end_line();
-    return run_queries(out, params, args);
+    guard.arm(params);
+    uni::fileio results;
+    uni::output_stream* out = &console;
+    if (!params.output_file.empty()) {
+        if (!results.open_results(params.output_file, true) || !(out = results.make_stream())) {
+            print_error("prob opening results file: %s for writing\n", params.output_file);
+            return -1;
+        }
+    }
+    out->write(record);
+    out->end_line();
+    return run_queries(*out, params, args);
 }

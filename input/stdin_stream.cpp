@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "input/text_convert.h"
 #include "platform/os.h"
 
 namespace uni {
@@ -12,14 +13,16 @@ constexpr std::size_t read_chunk = 65536;
 
 stdin_stream::stdin_stream() {
     if (os::stdin_exists()) {
-        input_.reset(new char[read_chunk]);
+        line_buffer.reset(new char[read_chunk]);
         is_open = true;
     }
 }
 
 bool stdin_stream::fill() {
-    if (at_end_) return false;
-    long got = os::read_stdin(input_.get(), read_chunk);
+    // The owner may mark the stream open although there was no input to
+    // allocate for; that reads as an empty input.
+    if (at_end_ || !line_buffer) return false;
+    long got = os::read_stdin(line_buffer.get(), read_chunk);
     if (got <= 0) {
         at_end_ = true;
         return false;
@@ -29,26 +32,23 @@ bool stdin_stream::fill() {
     return true;
 }
 
-bool stdin_stream::read_line(std::string& text, bool trim) {
+bool stdin_stream::read_piece(std::string& text) {
     text.clear();
     if (!is_open) return false;
     constexpr std::size_t most = buffer_size - 1;
-    bool stored = false;
     bool line_done = false;
     bool cut_at_nul = false;
     std::size_t taken = 0;
     while (!line_done && taken < most) {
         if (begin_ == end_ && !fill()) break;
-        const char* start = input_.get() + begin_;
+        const char* start = line_buffer.get() + begin_;
         std::size_t avail = end_ - begin_;
         std::size_t room = most - taken;
         std::size_t span = avail < room ? avail : room;
-        const void* lf = std::memchr(start, '\n', span);
-        if (lf) {
+        if (const void* lf = std::memchr(start, '\n', span)) {
             span = static_cast<std::size_t>(static_cast<const char*>(lf) - start) + 1;
             line_done = true;
         }
-        stored = true;
         // What follows a NUL byte in one line is lost, as with fgets.
         if (!cut_at_nul) {
             const void* nul = std::memchr(start, '\0', span);
@@ -59,12 +59,55 @@ bool stdin_stream::read_line(std::string& text, bool trim) {
         begin_ += span;
         taken += span;
     }
-    if (!stored) return false;
+    // A failure in mid-line still delivers what came; the next read sees the end.
+    return taken > 0;
+}
+
+bool stdin_stream::read_line(std::string& text, bool trim) {
+    if (!read_piece(text)) return false;
     if (trim) trim_line_end(text);
     return true;
 }
 
+bool stdin_stream::read_line_wide(std::u16string& text, bool trim) {
+    text.clear();
+    std::string bytes;
+    if (!stdin_stream::read_line(bytes, trim)) return false;
+    append_wide(bytes, text);
+    return true;
+}
+
 }  // namespace uni
+
+namespace kvportdir {
+
+stdin_stream_ex::stdin_stream_ex() { reset(); }
+
+void stdin_stream_ex::reset() {
+    pending_dirs.clear();
+    pending_paths.clear();
+    filters.clear();
+    max_depth = 1;
+    is_walking = false;
+}
+
+bool stdin_stream_ex::read_line(std::string& text, bool trim) {
+    if (!is_walking) return stdin_stream::read_line(text, trim);
+    std::u16string path;
+    if (!next_path(path)) return false;
+    text = to_utf8(path);
+    return true;
+}
+
+bool stdin_stream_ex::read_line_wide(std::u16string& text, bool trim) {
+    if (!is_walking) return stdin_stream::read_line_wide(text, trim);
+    std::u16string path;
+    if (!next_path(path)) return false;
+    text = std::move(path);
+    return true;
+}
+
+}  // namespace kvportdir
 
 std::size_t trim_line_end(std::string& text) {
     std::size_t before = text.size();

@@ -67,7 +67,9 @@ void console_end();
 using file_handle = int;
 inline constexpr file_handle invalid_file = -1;
 
-enum class open_mode { read, write_truncate, write_keep };
+// write_existing: for reading and writing, and only a file that is there
+// already; the other writing modes create a missing file.
+enum class open_mode { read, write_truncate, write_keep, write_existing };
 // Opens (creating where the mode writes) a file. invalid_file on failure.
 file_handle file_open(const std::string& path, open_mode mode);
 // Bytes written or read, -1 on failure.
@@ -75,6 +77,10 @@ long file_write(file_handle file, const void* bytes, std::size_t count);
 long file_read(file_handle file, void* buffer, std::size_t capacity);
 // Moves to the end (for appending) or to an absolute offset.
 bool file_seek_end(file_handle file);
+// Moves to the end and tells that offset.
+bool file_seek_end(file_handle file, std::uint64_t& end);
+// The current offset.
+bool file_tell(file_handle file, std::uint64_t& offset);
 bool file_seek(file_handle file, std::uint64_t offset);
 bool file_close(file_handle file);
 bool file_remove(const std::string& path);

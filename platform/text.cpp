@@ -141,7 +141,9 @@ bool parse_number_c(std::string_view text, std::uint32_t& value) {
     // The prefix is found in the trimmed copy but the digits are read from the
     // text as given, so blanks in front of a prefix shift where reading starts.
     const std::string copy = lowered_copy(text);
-    auto from = [text](std::size_t start) { return start < text.size() ? text.substr(start) : std::string_view{}; };
+    auto from = [text](std::size_t start) {
+        return start < text.size() ? text.substr(start) : std::string_view{};
+    };
     if (copy.size() > 1 && copy[1] == 'x') {
         value = to_unsigned(from(2), 16);
     } else if (!copy.empty() && copy[0] == 'x') {

@@ -17,12 +17,12 @@ void output_stream::write(std::string_view text) {
         const char* p = text.data();
         std::size_t left = run;
         while (left > 0 && !failed_) {
-            if (used_ == capacity_) flush_buffer();
             std::size_t take = capacity_ - used_ < left ? capacity_ - used_ : left;
             std::memcpy(buffer_.get() + used_, p, take);
             used_ += take;
             p += take;
             left -= take;
+            if (used_ == capacity_) flush_buffer();
         }
         if (lf == std::string_view::npos) break;
         put_raw('\r');
@@ -42,11 +42,11 @@ void output_stream::fill(char c, std::size_t count) {
         return;
     }
     while (count > 0 && !failed_) {
-        if (used_ == capacity_) flush_buffer();
         std::size_t take = capacity_ - used_ < count ? capacity_ - used_ : count;
         std::memset(buffer_.get() + used_, c, take);
         used_ += take;
         count -= take;
+        if (used_ == capacity_) flush_buffer();
     }
 }
 

@@ -37,9 +37,11 @@ protected:
     virtual bool write_bytes(const char* bytes, std::size_t count) = 0;
 
 private:
+    // A full buffer is handed on at once, so a block leaves with its last byte.
     void put_raw(char c) {
+        if (failed_) return;
+        buffer_[used_++] = c;
         if (used_ == capacity_) flush_buffer();
-        if (!failed_) buffer_[used_++] = c;
     }
 
     std::unique_ptr<char[]> buffer_;

@@ -26,7 +26,8 @@ void write_section(uni::output_stream& out, std::vector<dns_entry>& list, std::s
 
 }  // namespace
 
-bool report_result(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params) {
+bool report_result(uni::output_stream& out, dns_result& result, dns_entry& query,
+                   input_params& params) {
     const std::size_t questions = result.question_list.size();
     const std::size_t answers = result.answer_list.size();
     const std::size_t authorities = result.authority_list.size();

@@ -142,7 +142,8 @@ void write_data_cell(uni::output_stream& out, const dns_entry& entry, std::strin
     case 2:   // NS
     case 5:   // CNAME
     case 12:  // PTR
-        if (std::string& name = scratch().name; cells::read_packet_name(entry, entry.data_offset, name))
+        if (std::string& name = scratch().name;
+            cells::read_packet_name(entry, entry.data_offset, name))
             out.write(name);
         else
             cells::write_hex_bytes(out, data);

@@ -52,10 +52,11 @@ void write_soa_attributes(uni::output_stream& out, const soa_data& soa) {
     out.write(" serial_num=\"0x");
     cells::write_number(out, soa.serial_num, 16);
     out.put('"');
-    const std::pair<std::string_view, std::uint32_t> times[] = {{" refresh_sec=\"", soa.refresh_sec},
-                                                               {" retry_sec=\"", soa.retry_sec},
-                                                               {" expire_sec=\"", soa.expire_sec},
-                                                               {" min_sec=\"", soa.min_sec}};
+    const std::pair<std::string_view, std::uint32_t> times[] = {
+        {" refresh_sec=\"", soa.refresh_sec},
+        {" retry_sec=\"", soa.retry_sec},
+        {" expire_sec=\"", soa.expire_sec},
+        {" min_sec=\"", soa.min_sec}};
     for (const auto& [opener, value] : times) {
         out.write(opener);
         cells::write_number(out, value);

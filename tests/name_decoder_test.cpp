@@ -9,32 +9,28 @@ namespace {
 
 using bytes = std::vector<std::uint8_t>;
 
-// A zeroed 12-byte header followed by `body`: names start at offset 12.
-bytes message_with(const bytes& body) {
+// A zeroed 12-byte header, then `body`: the first name starts at offset 12.
+std::uint32_t decode(const bytes& body, std::uint32_t offset, std::string& out) {
     bytes m(12, 0);
     m.insert(m.end(), body.begin(), body.end());
-    return m;
-}
-
-std::uint32_t decode(const bytes& m, std::uint32_t offset, std::string& out) {
     return read_name(m.data(), static_cast<std::int32_t>(m.size()), offset, out);
 }
 
 TEST(NameDecoder, NamesAndFaults) {
-    struct row {
+    const struct {
         const char* what;
         bytes body;
         std::uint32_t offset;
         std::uint32_t count;  // 0: a fault
         std::string text;
-    };
-    const row rows[] = {
+    } rows[] = {
         {"root", {0x00}, 12, 1, ""},
         {"full name", {0x01, 'a', 0x02, 'b', 'c', 0x00}, 12, 6, "a.bc."},
         {"zero byte inside a label stays", {0x02, 'a', 0x00, 0x00}, 12, 4, std::string("a\0.", 3)},
         {"pointer to root", {0x00, /* 13: */ 0xc0, 0x0c}, 13, 2, ""},
         {"labels, then pointer", {0x01, 'a', 0x00, /* 15: */ 0x01, 'b', 0xc0, 0x0c}, 15, 4, "b.a."},
-        {"pointer to pointer", {0x01, 'a', 0x00, /* 15: */ 0xc0, 0x0c, /* 17: */ 0xc0, 0x0f}, 17, 2, "a."},
+        {"pointer to pointer", {0x01, 'a', 0x00, /* 15: */ 0xc0, 0x0c, /* 17: */ 0xc0, 0x0f}, 17,
+         2, "a."},
         {"forward pointer", {0xc0, 0x0e, /* 14: */ 0x01, 'a', 0x00}, 12, 2, "a."},
         {"pointer into the header", {0xc0, 0x00}, 12, 2, ""},
         {"pointer to itself", {0xc0, 0x0c}, 12, 0, ""},
@@ -48,43 +44,36 @@ TEST(NameDecoder, NamesAndFaults) {
         {"offset at the end", {0x00}, 13, 0, ""},
         {"offset past the end", {0x00}, 14, 0, ""},
     };
-    for (const row& r : rows) {
+    for (const auto& r : rows) {
         std::string out = "stale";
-        const std::uint32_t count = decode(message_with(r.body), r.offset, out);
-        EXPECT_EQ(count, r.count) << r.what;
-        if (r.count != 0) EXPECT_EQ(out, r.text) << r.what;
+        EXPECT_EQ(decode(r.body, r.offset, out), r.count) << r.what;
+        if (r.count != 0) {
+            EXPECT_EQ(out, r.text) << r.what;
+        }
     }
-
     std::string out;
     EXPECT_EQ(read_name(nullptr, 64, 12, out), 0u);
-    const bytes short_message(11, 0);
-    EXPECT_EQ(decode(short_message, 10, out), 0u);
+    const bytes header_too_short(11, 0);
+    EXPECT_EQ(read_name(header_too_short.data(), 11, 10, out), 0u);
 }
 
 TEST(NameDecoder, LongLabelsAndStepLimit) {
-    // Length bytes 0x40 and 0x80 are plain lengths, not other label forms.
-    for (std::uint8_t length : {std::uint8_t{0x40}, std::uint8_t{0x80}}) {
+    // 0x40 and 0x80 are plain lengths; 63 bytes end at the message's last byte.
+    for (std::uint8_t length : {0x40, 0x80, 0x3f}) {
         bytes body{length};
         body.insert(body.end(), length, 'x');
         body.push_back(0x00);
         std::string out;
-        EXPECT_EQ(decode(message_with(body), 12, out), length + 2u);
+        EXPECT_EQ(decode(body, 12, out), length + 2u);
         EXPECT_EQ(out, std::string(length, 'x') + ".");
     }
-
-    // A 63-byte label whose closing zero is the message's very last byte.
-    bytes body{63};
-    body.insert(body.end(), 63, 'y');
-    body.push_back(0x00);
-    std::string out;
-    EXPECT_EQ(decode(message_with(body), 12, out), 65u);
-
     // 98 labels and the closing zero fit the 99 steps; 99 labels do not.
     for (int labels : {98, 99}) {
-        bytes many;
-        for (int i = 0; i < labels; ++i) many.insert(many.end(), {0x01, 'z'});
-        many.push_back(0x00);
-        EXPECT_EQ(decode(message_with(many), 12, out), labels == 98 ? 197u : 0u) << labels;
+        bytes body;
+        for (int i = 0; i < labels; ++i) body.insert(body.end(), {0x01, 'z'});
+        body.push_back(0x00);
+        std::string out;
+        EXPECT_EQ(decode(body, 12, out), labels == 98 ? 197u : 0u) << labels;
     }
 }
 

@@ -35,6 +35,7 @@ file_handle file_open(const std::string& path, open_mode mode) {
         case open_mode::read: flags |= O_RDONLY; break;
         case open_mode::write_truncate: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
         case open_mode::write_keep: flags |= O_WRONLY | O_CREAT; break;
+        case open_mode::write_existing: flags |= O_RDWR; break;
     }
     std::string native = native_path(path);
     if (native.empty()) return invalid_file;
@@ -69,6 +70,20 @@ long file_read(file_handle file, void* buffer, std::size_t capacity) {
 }
 
 bool file_seek_end(file_handle file) { return ::lseek(file, 0, SEEK_END) >= 0; }
+
+bool file_seek_end(file_handle file, std::uint64_t& end) {
+    const off_t offset = ::lseek(file, 0, SEEK_END);
+    if (offset < 0) return false;
+    end = static_cast<std::uint64_t>(offset);
+    return true;
+}
+
+bool file_tell(file_handle file, std::uint64_t& offset) {
+    const off_t position = ::lseek(file, 0, SEEK_CUR);
+    if (position < 0) return false;
+    offset = static_cast<std::uint64_t>(position);
+    return true;
+}
 
 bool file_seek(file_handle file, std::uint64_t offset) {
     return ::lseek(file, static_cast<off_t>(offset), SEEK_SET) >= 0;

@@ -16,7 +16,11 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "support/netns.h"
+
 namespace {
+
+bool in_private_network = false;
 
 bool write_file(const char* path, const std::string& text) {
     int fd = ::open(path, O_WRONLY | O_CLOEXEC);
@@ -71,6 +75,8 @@ bool bring_loopback_up(std::string& why) {
 
 }  // namespace
 
+bool test_support::private_network() { return in_private_network; }
+
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     if (!GTEST_FLAG_GET(list_tests)) {
@@ -83,6 +89,8 @@ int main(int argc, char** argv) {
         else if (!bring_loopback_up(why))
             std::fprintf(stderr, "warning: private network namespace without loopback (%s)\n",
                          why.c_str());
+        else
+            in_private_network = true;
     }
     return RUN_ALL_TESTS();
 }

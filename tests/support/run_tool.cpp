@@ -57,9 +57,9 @@ bool read_into(int& fd, std::string& text) {
 
 }  // namespace
 
-tool_run run_tool(const std::vector<std::string>& args, std::string_view input,
+vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input,
                   std::chrono::milliseconds limit) {
-    tool_run run;
+    vexa_run run;
     // A child that stops reading its input must not kill the test process.
     ::signal(SIGPIPE, SIG_IGN);
 

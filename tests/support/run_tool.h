@@ -10,7 +10,7 @@
 
 namespace test_support {
 
-struct tool_run {
+struct vexa_run {
     int exit_code = -1;      // as the system keeps it: -1 from main reads 255
     int signal = 0;          // the signal that ended it, 0 if it exited
     bool timed_out = false;  // killed at the time limit
@@ -18,7 +18,7 @@ struct tool_run {
     std::string err;
 };
 
-tool_run run_tool(const std::vector<std::string>& args, std::string_view input = {},
+vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input = {},
                   std::chrono::milliseconds limit = std::chrono::seconds(20));
 
 }  // namespace test_support

@@ -1,0 +1,175 @@
+#include "input/dir_walk.h"
+
+#include <utility>
+#include <vector>
+
+#include "input/filter.h"
+#include "input/stdin_stream.h"
+#include "input/text_convert.h"
+#include "platform/os.h"
+#include "platform/text.h"
+
+namespace kvportdir {
+
+namespace {
+
+constexpr auto npos = std::u16string::npos;
+constexpr std::u16string_view long_prefix = u"\\\\?\\";
+// The length of a shadow copy device path, which keeps its prefix.
+constexpr std::size_t shadow_path_length = 46;
+constexpr std::size_t max_plain_path = 256;
+
+bool starts_with_ascii_lower(const std::string& name, const std::string& prefix) {
+    if (name.size() < prefix.size()) return false;
+    for (std::size_t i = 0; i < prefix.size(); ++i) {
+        char a = name[i], b = prefix[i];
+        if (a >= 'A' && a <= 'Z') a = static_cast<char>(a + 32);
+        if (b >= 'A' && b <= 'Z') b = static_cast<char>(b + 32);
+        if (a != b) return false;
+    }
+    return true;
+}
+
+// What a search for path + "*.*" finds: the entries of the directory part
+// of path whose names begin (in any case) with the rest of it.
+bool find_entries(const std::u16string& path, std::vector<os::dir_item>& items) {
+    const std::size_t cut = path.find_last_of(u"\\/");
+    const std::u16string dir = cut == npos ? std::u16string(u".") : path.substr(0, cut + 1);
+    const std::string prefix = to_utf8(cut == npos ? path : path.substr(cut + 1));
+    if (!os::list_directory(to_utf8(dir), items)) return false;
+    if (!prefix.empty()) {
+        std::erase_if(items,
+                      [&](const os::dir_item& item) { return !starts_with_ascii_lower(item.name, prefix); });
+    }
+    return true;
+}
+
+// A name that path text can't carry: a star would read as a step to resolve,
+// a backslash as a separator, and bytes that aren't UTF-8 have no wide form.
+bool name_to_wide(const std::string& name, std::u16string& wide) {
+    wide = to_wide(name);
+    return !wide.empty() && wide.find_first_of(u"*\\") == npos;
+}
+
+}  // namespace
+
+bool accept_path(std::u16string& path, bool test, const std::vector<filter_entry>& filters) {
+    if (test && !match_entries(path, filters)) return false;
+    if (path.size() < 5 || !path.starts_with(long_prefix)) return true;
+    if (path.size() > shadow_path_length) {
+        std::u16string lower = path;
+        to_lower(lower);
+        if (lower.compare(4, 6, u"global") != 0) path.erase(0, long_prefix.size());
+    }
+    return true;
+}
+
+bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool dirs_only,
+                    bool use_slash) {
+    if (path.empty() || path == u"." || path == u"..") return false;
+    if (path.size() > max_plain_path && !path.starts_with(long_prefix)) path.insert(0, long_prefix);
+    std::vector<os::dir_item> items;
+    if (!find_entries(path, items)) return false;
+    // The base drops one trailing backslash; after any other last character
+    // a backslash is added, so "a/b/" gives "a/b/\" and the paths "a/b/\/x".
+    std::u16string base = path;
+    if (base.back() == u'\\') {
+        base.pop_back();
+    } else {
+        base.push_back(u'\\');
+    }
+    const char16_t sep = use_slash ? u'/' : u'\\';
+    const std::size_t before = entries.size();
+    std::u16string name;
+    for (const os::dir_item& item : items) {
+        if (!name_to_wide(item.name, name)) continue;
+        if (dirs_only && !item.is_directory) continue;
+        std::u16string full = base;
+        full += sep;
+        full += name;
+        if (dirs_only) full += sep;
+        // This file system has no named streams, so a file is one entry.
+        entries.push_back({std::move(full), item.is_directory});
+    }
+    return entries.size() > before;
+}
+
+bool expand_dir_stars(std::vector<std::u16string>& dirs, bool use_slash) {
+    const std::u16string_view step = use_slash ? u"/*/" : u"\\*\\";
+    bool changed = false;
+    std::vector<walk_entry> found;
+    for (std::size_t i = 0, count = dirs.size(); i < count; ++i) {
+        const std::size_t at = dirs[i].find(step);
+        if (dirs[i].empty() || at == npos) continue;
+        found.clear();
+        list_directory(dirs[i].substr(0, at + 1), found, true, use_slash);
+        const std::u16string rest = dirs[i].substr(at + step.size());
+        changed = true;
+        if (found.empty()) {
+            dirs[i].clear();
+            continue;
+        }
+        dirs[i] = found[0].path + rest;
+        for (std::size_t k = 1; k < found.size(); ++k) dirs.push_back(found[k].path + rest);
+    }
+    return changed;
+}
+
+void list_matching(const std::u16string& path, std::vector<walk_entry>& entries) {
+    const bool use_slash = path.find(u'/') != npos;
+    const char16_t sep = use_slash ? u'/' : u'\\';
+    std::u16string work = path;
+    if (work.empty() || work.back() != sep) work.push_back(sep);
+    std::vector<std::u16string> dirs{std::move(work)};
+    while (expand_dir_stars(dirs, use_slash)) {
+    }
+    for (const std::u16string& dir : dirs) {
+        if (dir.empty()) continue;
+        const std::size_t star = dir.find(u'*');
+        list_directory(star == npos ? dir : dir.substr(0, star), entries, false, use_slash);
+    }
+}
+
+bool stdin_stream_ex::start_walk(const std::u16string& root, std::uint32_t depth,
+                                 const std::vector<filter_entry>& walk_filters) {
+    reset();
+    max_depth = depth;
+    filters = walk_filters;
+    std::u16string start = root;
+    accept_path(start, false, filters);
+    pending_dirs.emplace_back(std::move(start), 0);
+    is_open = true;
+    is_walking = true;
+    return true;
+}
+
+bool stdin_stream_ex::next_path(std::u16string& path) {
+    std::vector<walk_entry> entries;
+    for (;;) {
+        path.clear();
+        if (!pending_paths.empty()) {
+            path = std::move(pending_paths.back());
+            pending_paths.pop_back();
+            return true;
+        }
+        if (pending_dirs.empty()) return false;
+        // Directories below the deepest level were pushed all the same; they
+        // are dropped here, unlisted.
+        while (!pending_dirs.empty() && pending_dirs.back().second > max_depth) pending_dirs.pop_back();
+        if (pending_dirs.empty()) continue;
+        auto [dir, depth] = std::move(pending_dirs.back());
+        pending_dirs.pop_back();
+        accept_path(dir, false, filters);
+        entries.clear();
+        list_matching(dir, entries);
+        for (walk_entry& entry : entries) {
+            if (entry.is_directory) {
+                pending_dirs.emplace_back(std::move(entry.path), depth + 1);
+            } else if (accept_path(entry.path, true, filters)) {
+                pending_paths.push_back(std::move(entry.path));
+            }
+        }
+    }
+}
+
+}  // namespace kvportdir

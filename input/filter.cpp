@@ -1,0 +1,252 @@
+#include "input/filter.h"
+
+#include <cstring>
+#include <utility>
+
+#include "driver/cmd_params.h"
+#include "input/text_convert.h"
+#include "platform/fileio.h"
+#include "platform/paths.h"
+#include "platform/text.h"
+
+namespace {
+
+constexpr auto npos = std::u16string::npos;
+
+// Wide text cut at one delimiter into trimmed, non-empty pieces.
+void split_wide(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list) {
+    list.clear();
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        std::size_t end = text.find(delimiter, start);
+        if (end == std::u16string_view::npos) end = text.size();
+        std::u16string piece(text.substr(start, end - start));
+        if (trim_text(piece)) list.push_back(std::move(piece));
+        start = end + 1;
+    }
+}
+
+// One token of a -filter value into its entry.
+void fill_entry(std::u16string token, filter_entry& entry) {
+    std::u16string& pattern = entry.pattern;
+    pattern = std::move(token);
+    // What stands behind a colon has no say.
+    if (const std::size_t colon = pattern.find(u':'); colon != npos) {
+        pattern.erase(colon);
+        if (pattern == u"*") {
+            entry.match_all = true;
+            return;
+        }
+    }
+    // Stars go one by one from the left; only one at the very front or back
+    // at the moment it goes leaves a mark, so "ab*cd" is the name "abcd".
+    for (std::size_t star = pattern.find(u'*'); star != npos; star = pattern.find(u'*')) {
+        if (star == 0) {
+            entry.star_front = true;
+        } else if (star + 1 == pattern.size()) {
+            entry.star_back = true;
+        }
+        pattern.erase(star, 1);
+    }
+    entry.is_path = !pattern.empty() && pattern.front() == u'\\';
+}
+
+// strtoul in base 16 with a 32-bit unsigned long, cut to its low 8 bits:
+// an overflow reads as all ones, a minus sign negates.
+std::uint8_t read_hex_byte(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    if (i + 1 < text.size() && text[i] == '0' && (text[i + 1] | 0x20) == 'x') i += 2;
+    std::uint32_t value = 0;
+    for (; i < text.size(); ++i) {
+        const char c = static_cast<char>(text[i] | 0x20);
+        const int digit = (c >= '0' && c <= '9') ? c - '0' : (c >= 'a' && c <= 'f') ? c - 'a' + 10 : -1;
+        if (digit < 0) break;
+        if (value > 0x0fffffffu) return 0xff;
+        value = value * 16 + static_cast<std::uint32_t>(digit);
+    }
+    return static_cast<std::uint8_t>(negative ? 0u - value : value);
+}
+
+// Leading digits of one base, as a stream extraction takes them: one sign,
+// saturating at 64 bits (a minus then negates), no digits read as 0.
+std::uint64_t read_u64(std::string_view text, int base) {
+    std::size_t i = 0;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    if (base == 0) {
+        base = 10;
+        if (i < text.size() && text[i] == '0') {
+            base = 8;
+            if (i + 1 < text.size() && (text[i + 1] | 0x20) == 'x') {
+                base = 16;
+                i += 2;
+            }
+        }
+    }
+    std::uint64_t value = 0;
+    for (; i < text.size(); ++i) {
+        const char c = static_cast<char>(text[i] | 0x20);
+        const int digit = (c >= '0' && c <= '9') ? c - '0' : (c >= 'a' && c <= 'z') ? c - 'a' + 10 : 99;
+        if (digit >= base) break;
+        const auto b = static_cast<std::uint64_t>(base);
+        if (value > (UINT64_MAX - static_cast<std::uint64_t>(digit)) / b) return UINT64_MAX;
+        value = value * b + static_cast<std::uint64_t>(digit);
+    }
+    return negative ? 0 - value : value;
+}
+
+bool within_time_bounds(const cmd_params& params, std::u16string_view text, file_info& facts) {
+    if (facts.write_time == 0 && (!get_file_info(facts, to_utf8(text)) || facts.write_time == 0))
+        return false;
+    const time_bound& start = params.start_filter;
+    if (start.active && facts.write_time < start.file_time && facts.create_time < start.file_time)
+        return false;
+    const time_bound& stop = params.stop_filter;
+    return !(stop.active && (facts.write_time > stop.file_time || facts.create_time > stop.file_time));
+}
+
+// The bytes at signature_offset in the file named by path.
+bool signature_found(const std::string& path, const filter_entry& entry) {
+    uni::fileio file(path);
+    if (!file.is_open()) return false;
+    const auto size = static_cast<std::uint64_t>(file.known_size());
+    const std::size_t length = entry.signature.size();
+    if (entry.signature_offset > size || length > size - entry.signature_offset) return false;
+    std::string bytes;
+    return file.read_at(bytes, length, entry.signature_offset) && bytes.size() == length &&
+           std::memcmp(bytes.data(), entry.signature.data(), length) == 0;
+}
+
+// A "\" pattern in the directory part: its first occurrence must end where a
+// directory name ends. Slashes become backslashes once, for all later entries.
+bool dir_matches(const std::u16string& pattern, std::u16string& dir) {
+    std::size_t at = dir.find(pattern);
+    if (at == npos && dir.find(u'/') != npos) {
+        for (char16_t& c : dir)
+            if (c == u'/') c = u'\\';
+        at = dir.find(pattern);
+    }
+    if (at == npos) return false;
+    const std::size_t end = at + pattern.size();
+    return end == dir.size() || dir[end] == u'\\';
+}
+
+bool name_matches(const filter_entry& entry, const std::u16string& name) {
+    const std::u16string& pattern = entry.pattern;
+    if (entry.match_all) return true;
+    if (entry.star_front && entry.star_back) return name.find(pattern) != npos;
+    if (entry.star_front) {
+        // Only the first occurrence counts: "*.example" refuses "a.example.example".
+        const std::size_t at = name.find(pattern);
+        return at != npos && at + pattern.size() == name.size();
+    }
+    if (entry.star_back) return name.find(pattern) == 0;
+    return !pattern.empty() && pattern == name;
+}
+
+}  // namespace
+
+bool parse_filter(std::string_view text, std::vector<filter_entry>& entries) {
+    entries.clear();
+    std::string lowered(text);
+    to_lower(lowered);
+    const std::u16string value = to_wide(lowered);
+    std::vector<std::u16string> tokens;
+    if (value.find(u'|') != npos) split_wide(value, u'|', tokens);
+    // "," wins: "a|b,c" gives "a|b" and "c".
+    if (value.find(u',') != npos) split_wide(value, u',', tokens);
+    if (tokens.empty()) tokens.push_back(value);
+    entries.resize(tokens.size());
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (tokens[i] == u"*") {
+            filter_entry all;
+            all.match_all = true;
+            all.pattern = u"*";
+            entries.assign(1, std::move(all));
+            break;
+        }
+        fill_entry(std::move(tokens[i]), entries[i]);
+    }
+    return !entries.empty();
+}
+
+void parse_filter_sig(std::string_view value, std::vector<filter_entry>& entries) {
+    std::vector<std::string> tokens;
+    const bool has_bar = value.find('|') != std::string_view::npos;
+    const bool has_comma = value.find(',') != std::string_view::npos;
+    if (has_bar) split_text(value, '|', tokens, true, false);
+    if (has_comma) split_text(value, ',', tokens, true, false);
+    if (!has_bar && !has_comma) tokens.emplace_back(value);
+    if (tokens.empty()) return;
+    filter_entry entry;
+    std::vector<std::string> pieces;
+    split_text(tokens[0], ' ', pieces, false, false);
+    for (const std::string& piece : pieces) entry.signature.push_back(read_hex_byte(piece));
+    if (tokens.size() == 2) parse_offset(tokens[1], entry.signature_offset);
+    if (!entry.signature.empty()) entries.push_back(std::move(entry));
+}
+
+bool parse_offset(std::string_view text, std::uint64_t& value) {
+    value = 0;
+    if (text.size() > 30) return false;
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return false;
+    const std::string_view rest = text.substr(first);
+    if (rest.find(' ') != std::string_view::npos) return false;
+    const std::size_t n = rest.size();
+    if (n > 2 && (rest[1] | 0x20) == 'x') {
+        if (n - 2 > 16) return false;
+        value = read_u64(rest.substr(2), 16);
+    } else if (n > 2 && (rest[0] | 0x20) == 'x') {
+        if (n - 1 > 16) return false;
+        value = read_u64(rest.substr(1), 16);
+    } else if ((rest[0] | 0x20) == 'o') {
+        if (n - 1 > 22) return false;
+        value = read_u64(rest.substr(1), 8);
+    } else {
+        if (n > 20) return false;
+        value = read_u64(rest, 0);
+    }
+    return true;
+}
+
+bool match_filter(const cmd_params& params, std::u16string_view text,
+                  const std::vector<filter_entry>& entries, file_info* facts) {
+    if (text.empty()) return false;
+    if (facts && (params.start_filter.active || params.stop_filter.active) &&
+        !within_time_bounds(params, text, *facts))
+        return false;
+    return match_entries(text, entries);
+}
+
+bool match_entries(std::u16string_view text, const std::vector<filter_entry>& entries) {
+    if (text.empty()) return false;
+    if (entries.empty()) return true;
+    if (entries.size() == 1 && entries.front().match_all) return true;
+    // The path rules work on UTF-8 text; a separator is one byte there too.
+    const std::string path = to_utf8(text);
+    std::string dir_bytes, name_bytes;
+    split_path(path, dir_bytes, name_bytes);
+    std::u16string name = to_wide(name_bytes);
+    to_lower(name);
+    std::u16string dir;
+    bool have_dir = false;
+    for (const filter_entry& entry : entries) {
+        if (entry.is_path) {
+            if (!have_dir) {
+                dir = to_wide(dir_bytes);
+                to_lower(dir);
+                have_dir = true;
+            }
+            if (dir_matches(entry.pattern, dir)) return true;
+        }
+        if (name_matches(entry, name)) return true;
+        if (!entry.star_front && !entry.star_back && !entry.signature.empty() &&
+            signature_found(path, entry))
+            return true;
+    }
+    return false;
+}

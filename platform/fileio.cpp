@@ -1,0 +1,144 @@
+#include "platform/fileio.h"
+
+#include <algorithm>
+
+#include "platform/paths.h"
+#include "report/fileio_output.h"
+
+namespace uni {
+
+namespace {
+// Reads go in pieces of at most this many bytes.
+constexpr std::size_t read_chunk = 0x10000000;
+
+os::open_mode write_mode(bool truncate) {
+    return truncate ? os::open_mode::write_truncate : os::open_mode::write_existing;
+}
+}  // namespace
+
+fileio::fileio() = default;
+
+fileio::fileio(std::string_view path) {
+    if (!open_file(path, false, false)) reset();
+}
+
+fileio::~fileio() { close(); }
+
+void fileio::reset() {
+    fd_ = os::invalid_file;
+    size_ = 0;
+    writable_ = false;
+    opened_ = false;
+    path_.clear();
+    stream_.reset();
+}
+
+bool fileio::open_results(std::string_view path, bool truncate) {
+    return open_with(path, true, write_mode(truncate));
+}
+
+bool fileio::open_file(std::string_view path, bool writable, bool truncate) {
+    return open_with(path, writable, writable ? write_mode(truncate) : os::open_mode::read);
+}
+
+bool fileio::open_with(std::string_view path, bool writable, os::open_mode mode) {
+    if (path.empty()) return false;
+    std::string stripped(path);
+    strip_separators(stripped);
+    if (fd_ != os::invalid_file) {
+        close();
+        reset();
+    }
+    opened_ = false;
+    writable_ = writable;
+    path_ = std::move(stripped);
+    // A read-only results file is overwritten, not refused.
+    if (writable) os::file_make_writable(path_);
+    fd_ = os::file_open(path_, mode);
+    if (fd_ == os::invalid_file) return false;
+    opened_ = true;
+    size_ = size();
+    return true;
+}
+
+void fileio::close() {
+    // The stream's destructor writes what it still holds: the descriptor
+    // must outlive it.
+    stream_.reset();
+    if (fd_ != os::invalid_file) {
+        os::file_close(fd_);
+        fd_ = os::invalid_file;
+    }
+}
+
+std::int64_t fileio::size() {
+    if (!is_open()) return 0;
+    std::uint64_t position = 0;
+    std::uint64_t end = 0;
+    const bool have_position = os::file_tell(fd_, position);
+    if (!os::file_seek_end(fd_, end)) end = 0;
+    if (have_position) os::file_seek(fd_, position);
+    return static_cast<std::int64_t>(end);
+}
+
+bool fileio::read_at(std::string& out, std::size_t count, std::uint64_t offset) {
+    if (!is_open() || size_ <= 0 || offset >= static_cast<std::uint64_t>(size_)) return false;
+    if (count == 0) return true;
+    if (!os::file_seek(fd_, offset)) return false;
+    const std::uint64_t to_end = static_cast<std::uint64_t>(size_) - offset;
+    out.resize(static_cast<std::size_t>(std::min<std::uint64_t>(count, to_end)));
+    std::size_t filled = 0;
+    while (filled < out.size()) {
+        const long got = os::file_read(fd_, out.data() + filled, std::min(out.size() - filled, read_chunk));
+        if (got <= 0) break;
+        filled += static_cast<std::size_t>(got);
+    }
+    out.resize(filled);
+    return true;
+}
+
+bool fileio::append_bytes(const void* data, std::size_t length) {
+    if (!is_open() || data == nullptr) return false;
+    if (length == 0) return true;
+    // Whatever moved the position, the bytes go to the end. A file that
+    // can't seek (a pipe) is written where it stands.
+    os::file_seek_end(fd_);
+    if (os::file_write(fd_, data, length) < 0) return false;
+    std::uint64_t end = 0;
+    size_ = os::file_seek_end(fd_, end) ? static_cast<std::int64_t>(end)
+                                        : size_ + static_cast<std::int64_t>(length);
+    return true;
+}
+
+bool fileio::append_text(std::string_view text) {
+    if (!is_open()) return false;
+    return text.empty() || append_bytes(text.data(), text.size());
+}
+
+fileio_output* fileio::make_stream() {
+    stream_.reset();
+    if (!is_open()) return nullptr;
+    stream_ = std::make_unique<fileio_output>(*this);
+    return stream_.get();
+}
+
+}  // namespace uni
+
+bool read_all(std::string& out, std::string_view path) {
+    uni::fileio file(path);
+    if (!file.is_open()) return false;
+    // Only the low 32 bits of the size count.
+    const auto count = static_cast<std::uint32_t>(file.known_size());
+    return count != 0 && file.read_at(out, count, 0);
+}
+
+bool get_file_info(file_info& info, std::string_view path) {
+    info = file_info{};
+    // Only a path is looked up: a host name or a bare word never reaches the disk.
+    if (path.find_first_of("/\\") == std::string_view::npos) return false;
+    os::file_facts facts;
+    if (!os::file_stat(std::string(path), facts)) return false;
+    info.write_time = facts.write_time;
+    info.create_time = facts.create_time;
+    return true;
+}

@@ -1,0 +1,95 @@
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr std::uint32_t untouched = 777;
+
+struct number_row {
+    const char* text;
+    bool ok;
+    std::uint32_t value;
+};
+
+TEST(Text, ParseNumber) {
+    const number_row rows[] = {
+        {"", false, untouched},   {"abc", false, untouched},  // no prefix, starts with a letter
+        {" 5 ", true, 5},         {"12abc", true, 12},        {"+7", true, 7},
+        {"-1", true, 0xffffffff}, {"0x10", true, 16},         {"x10", true, 16},
+        {"0XfF", true, 255},      {"o17", true, 15},
+        {"box", true, 0},         {"foo", true, 0},  // the x or o anywhere decides
+        {"10x", true, 0},         {"x123456789", true, 0xffffffff},
+        {"99999999999", true, 0x7fffffff}, {"-99999999999", true, 0x80000000},
+    };
+    for (const auto& r : rows) {
+        std::uint32_t value = untouched;
+        EXPECT_EQ(parse_number(r.text, value), r.ok) << r.text;
+        EXPECT_EQ(value, r.value) << r.text;
+    }
+}
+
+TEST(Text, ParseNumberC) {
+    const number_row rows[] = {
+        {"", false, 0},           {"abc", false, 0},      {" 5", false, 0},
+        {"'a'", true, 97},        {"'ab'", false, 0},     {"42", true, 42},
+        {"-1", true, 0xffffffff}, {"99999999999", true, 0xffffffff},
+        {"0x10", true, 16},       {"x1F", true, 31},      {"o17", true, 15},
+        {" 0x10", true, 0},  // digits are read from the untrimmed text, here "x10"
+    };
+    for (const auto& r : rows) {
+        std::uint32_t value = untouched;
+        EXPECT_EQ(parse_number_c(r.text, value), r.ok) << r.text;
+        EXPECT_EQ(value, r.value) << r.text;
+    }
+}
+
+TEST(Text, TrimAndLower) {
+    std::string bytes = " \t\r\na b\n ";
+    EXPECT_TRUE(trim_text(bytes));
+    EXPECT_EQ(bytes, "a b");
+    bytes = " \t\r\n";
+    EXPECT_FALSE(trim_text(bytes));
+    EXPECT_EQ(bytes, "");
+
+    // Wide text goes kind by kind: a blank behind a leading tab stays, and
+    // CRs go before LFs, so a CR in front of the last LF stays.
+    const struct {
+        std::u16string text, trimmed;
+    } wide[] = {{u" \t x \r\n", u" x \r"}, {u"x\r\n\r", u"x\r"}, {u"  ", u""}, {u" \t ", u""}};
+    for (const auto& w : wide) {
+        std::u16string text = w.text;
+        EXPECT_EQ(trim_text(text), !w.trimmed.empty());
+        EXPECT_EQ(text, w.trimmed);
+    }
+
+    std::string mixed = "AZaz@[\xc3\x89";
+    to_lower(mixed);
+    EXPECT_EQ(mixed, "azaz@[\xc3\x89");
+    std::u16string wide_mixed = u"AZ@[\u00c9";
+    to_lower(wide_mixed);
+    EXPECT_EQ(wide_mixed, u"az@[\u00c9");
+}
+
+TEST(Text, SplitText) {
+    const struct {
+        const char* text;
+        bool trim;
+        bool ok;
+        std::vector<std::string> pieces;
+    } rows[] = {
+        {".a..b.", false, true, {"a", "b"}},      {"...", false, true, {}},
+        {"", false, false, {}},                   {" a . .b", false, true, {" a ", " ", "b"}},
+        {" a . .b", true, true, {"a", "b"}},
+    };
+    for (const auto& r : rows) {
+        std::vector<std::string> list{"old"};
+        EXPECT_EQ(split_text(r.text, '.', list, r.trim, false), r.ok) << r.text;
+        EXPECT_EQ(list, r.pieces) << r.text;
+    }
+    std::vector<std::string> list{"arpa"};
+    split_text("1.2", '.', list, false, true);
+    EXPECT_EQ(list, (std::vector<std::string>{"arpa", "1", "2"}));
+}
+
+}  // namespace
