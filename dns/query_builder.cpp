@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "dns/labels.h"
 #include "dns/reverse_name.h"
 #include "platform/os.h"
 
@@ -10,7 +11,6 @@ namespace {
 // Types whose QNAME is the name itself: bit n stands for type n (1, 2, 5, 15, 16).
 constexpr std::uint32_t name_path_types = 0x18026;
 constexpr std::uint32_t type_ptr = 12;
-constexpr std::size_t max_label = 255;
 constexpr std::size_t header_size = 12;
 
 // 15 bits of a linear congruential generator. The ID only has to differ from
@@ -31,16 +31,6 @@ char draw_digit(unsigned low, unsigned high) {
     return static_cast<char>('0' + low + next_random() % (high - low + 1));
 }
 
-// A label too long drops what was built, so no half name is ever handed out.
-bool append_label(std::string_view label, byte_list& out) {
-    if (label.size() > max_label) {
-        out.clear();
-        return false;
-    }
-    out.push_back(static_cast<std::uint8_t>(label.size()));
-    out.insert(out.end(), label.begin(), label.end());
-    return true;
-}
 
 }  // namespace
 

@@ -2,22 +2,7 @@
 
 #include <array>
 
-namespace {
-
-constexpr std::size_t max_label = 255;
-
-// A label too long drops what was built, so no half name is ever handed out.
-bool append_label(std::string_view label, byte_list& out) {
-    if (label.size() > max_label) {
-        out.clear();
-        return false;
-    }
-    out.push_back(static_cast<std::uint8_t>(label.size()));
-    out.insert(out.end(), label.begin(), label.end());
-    return true;
-}
-
-}  // namespace
+#include "dns/labels.h"
 
 bool encode_reverse_name(std::string_view text, byte_list& out) {
     out.clear();

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include "support/fixtures.h"
 
 namespace {
 
@@ -11,8 +10,7 @@ using bytes = std::vector<std::uint8_t>;
 
 // A zeroed 12-byte header, then `body`: the first name starts at offset 12.
 std::uint32_t decode(const bytes& body, std::uint32_t offset, std::string& out) {
-    bytes m(12, 0);
-    m.insert(m.end(), body.begin(), body.end());
+    const bytes m = test_support::join({bytes(12, 0), body});
     return read_name(m.data(), static_cast<std::int32_t>(m.size()), offset, out);
 }
 
@@ -20,58 +18,49 @@ TEST(NameDecoder, NamesAndFaults) {
     const struct {
         const char* what;
         bytes body;
-        std::uint32_t offset;
-        std::uint32_t count;  // 0: a fault
+        std::uint32_t offset, count;  // count 0: a fault
         std::string text;
     } rows[] = {
-        {"root", {0x00}, 12, 1, ""},
-        {"full name", {0x01, 'a', 0x02, 'b', 'c', 0x00}, 12, 6, "a.bc."},
-        {"zero byte inside a label stays", {0x02, 'a', 0x00, 0x00}, 12, 4, std::string("a\0.", 3)},
-        {"pointer to root", {0x00, /* 13: */ 0xc0, 0x0c}, 13, 2, ""},
-        {"labels, then pointer", {0x01, 'a', 0x00, /* 15: */ 0x01, 'b', 0xc0, 0x0c}, 15, 4, "b.a."},
-        {"pointer to pointer", {0x01, 'a', 0x00, /* 15: */ 0xc0, 0x0c, /* 17: */ 0xc0, 0x0f}, 17,
-         2, "a."},
-        {"forward pointer", {0xc0, 0x0e, /* 14: */ 0x01, 'a', 0x00}, 12, 2, "a."},
-        {"pointer into the header", {0xc0, 0x00}, 12, 2, ""},
-        {"pointer to itself", {0xc0, 0x0c}, 12, 0, ""},
-        {"two pointers in a loop", {0xc0, 0x0e, /* 14: */ 0xc0, 0x0c}, 12, 0, ""},
-        {"no closing zero", {0x01, 'a'}, 12, 0, ""},
-        {"label past the end", {0x05, 'a', 'b'}, 12, 0, ""},
+        {"root", {0}, 12, 1, ""},
+        {"full name", {1, 'a', 2, 'b', 'c', 0}, 12, 6, "a.bc."},
+        {"zero byte inside a label", {2, 'a', 0, 0}, 12, 4, std::string("a\0.", 3)},
+        {"labels, then pointer", {1, 'a', 0, /* 15: */ 1, 'b', 0xc0, 12}, 15, 4, "b.a."},
+        {"pointer to pointer", {1, 'a', 0, /* 15: */ 0xc0, 12, /* 17: */ 0xc0, 15}, 17, 2, "a."},
+        {"forward pointer", {0xc0, 14, /* 14: */ 1, 'a', 0}, 12, 2, "a."},
+        {"pointer to itself", {0xc0, 12}, 12, 0, ""},
+        {"two pointers in a loop", {0xc0, 14, /* 14: */ 0xc0, 12}, 12, 0, ""},
+        {"no closing zero", {1, 'a'}, 12, 0, ""},
+        {"label past the end", {5, 'a', 'b'}, 12, 0, ""},
         {"pointer cut in half", {0xc0}, 12, 0, ""},
-        {"pointer target at the end", {0xc0, 0x0e}, 12, 0, ""},
-        {"pointer target past the end", {0xc0, 0x0f}, 12, 0, ""},
-        {"offset 0", {0x00}, 0, 0, ""},
-        {"offset at the end", {0x00}, 13, 0, ""},
-        {"offset past the end", {0x00}, 14, 0, ""},
+        {"pointer target at the end", {0xc0, 14}, 12, 0, ""},
+        {"pointer target past the end", {0xc0, 15}, 12, 0, ""},
+        {"offset 0", {0}, 0, 0, ""},
+        {"offset at the end", {0}, 13, 0, ""},
+        {"offset past the end", {0}, 14, 0, ""},
     };
     for (const auto& r : rows) {
         std::string out = "stale";
         EXPECT_EQ(decode(r.body, r.offset, out), r.count) << r.what;
-        if (r.count != 0) {
-            EXPECT_EQ(out, r.text) << r.what;
-        }
+        if (r.count != 0) { EXPECT_EQ(out, r.text) << r.what; }
     }
     std::string out;
     EXPECT_EQ(read_name(nullptr, 64, 12, out), 0u);
-    const bytes header_too_short(11, 0);
-    EXPECT_EQ(read_name(header_too_short.data(), 11, 10, out), 0u);
+    const bytes short_header(11, 0);
+    EXPECT_EQ(read_name(short_header.data(), 11, 10, out), 0u);
 }
 
 TEST(NameDecoder, LongLabelsAndStepLimit) {
     // 0x40 and 0x80 are plain lengths; 63 bytes end at the message's last byte.
     for (std::uint8_t length : {0x40, 0x80, 0x3f}) {
-        bytes body{length};
-        body.insert(body.end(), length, 'x');
-        body.push_back(0x00);
         std::string out;
-        EXPECT_EQ(decode(body, 12, out), length + 2u);
+        EXPECT_EQ(decode(test_support::join({{length}, bytes(length, 'x'), {0}}), 12, out), length + 2u);
         EXPECT_EQ(out, std::string(length, 'x') + ".");
     }
     // 98 labels and the closing zero fit the 99 steps; 99 labels do not.
     for (int labels : {98, 99}) {
         bytes body;
-        for (int i = 0; i < labels; ++i) body.insert(body.end(), {0x01, 'z'});
-        body.push_back(0x00);
+        for (int i = 0; i < labels; ++i) body.insert(body.end(), {1, 'z'});
+        body.push_back(0);
         std::string out;
         EXPECT_EQ(decode(body, 12, out), labels == 98 ? 197u : 0u) << labels;
     }

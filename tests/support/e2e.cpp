@@ -1,35 +1,9 @@
 #include "support/e2e.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
+#include <cstdio>
 
 namespace test_support {
-
-namespace {
-
-void replace_all(std::string& text, std::string_view from, std::string_view to) {
-    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-        text.replace(at, from.size(), to);
-}
-
-std::string hex(unsigned value, int width) {
-    static constexpr char digits[] = "0123456789abcdef";
-    std::string text;
-    do {
-        text.insert(text.begin(), digits[value % 16]);
-        value /= 16;
-    } while (value != 0);
-    if (static_cast<int>(text.size()) < width) text.insert(0, width - text.size(), '0');
-    return text;
-}
-
-}  // namespace
-
-datagram join(std::initializer_list<datagram> groups) {
-    datagram bytes;
-    for (const datagram& group : groups) bytes.insert(bytes.end(), group.begin(), group.end());
-    return bytes;
-}
 
 datagram with_id(const datagram& query, const datagram& rest) {
     datagram reply{query.size() > 0 ? query[0] : std::uint8_t{0},
@@ -39,24 +13,18 @@ datagram with_id(const datagram& query, const datagram& rest) {
 }
 
 reply_handler answer(datagram rest) {
-    return [rest = std::move(rest)](const datagram& query) {
-        return std::vector<datagram>{with_id(query, rest)};
-    };
+    return [rest = std::move(rest)](const datagram& q) { return std::vector<datagram>{with_id(q, rest)}; };
 }
 
 std::uint16_t id_of(const datagram& query) {
-    if (query.size() < 2) return 0;
-    return static_cast<std::uint16_t>(query[0] | (query[1] << 8));
+    return query.size() < 2 ? 0 : static_cast<std::uint16_t>(query[0] | (query[1] << 8));
 }
 
-e2e_run run_against(const responder& server, std::vector<std::string> args,
-                    std::string_view input) {
+e2e_run run_against(const responder& server, std::vector<std::string> args, std::string_view input) {
     EXPECT_TRUE(server.ready()) << server.error();
     const bool csv = std::find(args.begin(), args.end(), "-csv") != args.end();
-    args.push_back("-server");
-    args.push_back(server.address());
-    e2e_run result;
-    result.run = run_vexa(args, input);
+    args.insert(args.end(), {"-server", server.address()});
+    e2e_run result{run_vexa(args, input), {}, {}};
     EXPECT_FALSE(result.run.timed_out);
     EXPECT_EQ(result.run.signal, 0) << result.run.err;
     EXPECT_TRUE(lines_end_in_crlf(result.run.out));
@@ -68,8 +36,7 @@ e2e_run run_against(const responder& server, std::vector<std::string> args,
 std::vector<std::string> lines_of(std::string_view body) {
     std::vector<std::string> lines;
     while (!body.empty()) {
-        std::size_t end = body.find("\r\n");
-        if (end == std::string_view::npos) end = body.size();
+        const std::size_t end = std::min(body.find("\r\n"), body.size());
         lines.emplace_back(body.substr(0, end));
         body.remove_prefix(std::min(body.size(), end + 2));
     }
@@ -77,23 +44,21 @@ std::vector<std::string> lines_of(std::string_view body) {
 }
 
 std::string expand(std::string_view text, std::uint16_t id, std::string_view server) {
-    std::string out;
-    for (std::size_t start = 0; start <= text.size();) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        out.append(text.substr(start, end - start));
-        if (end < text.size()) out.append("\r\n");
-        start = end + 1;
-    }
     const unsigned low = id & 0xFF;
+    char id4[8], id1[8], xx[4];
+    std::snprintf(id4, sizeof id4, "%04x", id);
+    std::snprintf(id1, sizeof id1, "%x", id);
+    std::snprintf(xx, sizeof xx, "%02x", low);
     std::string header = "DNSserv";
-    if (header.size() < server.size()) header.append(server.size() - header.size(), ' ');
-    replace_all(out, "{id4}", hex(id, 4));
-    replace_all(out, "{id}", hex(id, 1));
-    replace_all(out, "{xx}", hex(low, 2));
-    replace_all(out, "{c}", std::string(1, low >= 32 && low <= 126 ? static_cast<char>(low) : '.'));
-    replace_all(out, "{srvhdr}", header);
-    replace_all(out, "{srv}", server);
+    header.resize(std::max(header.size(), server.size()), ' ');
+    const std::pair<std::string_view, std::string> fills[] = {
+        {"\n", "\r\n"}, {"{id4}", id4}, {"{id}", id1}, {"{xx}", xx},
+        {"{c}", std::string(1, low >= 32 && low <= 126 ? static_cast<char>(low) : '.')},
+        {"{srvhdr}", header}, {"{srv}", std::string(server)}};
+    std::string out(text);
+    for (const auto& [from, to] : fills)
+        for (std::size_t at = 0; (at = out.find(from, at)) != std::string::npos; at += to.size())
+            out.replace(at, from.size(), to);
     return out;
 }
 

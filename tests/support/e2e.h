@@ -3,20 +3,18 @@
 // against a responder, and expected reports with placeholders.
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "support/fixtures.h"
 #include "support/report_text.h"
 #include "support/responder.h"
 #include "support/run_tool.h"
 
 namespace test_support {
 
-// Byte groups joined into one datagram, so a packet can be written group by
-// group with a comment for each.
-datagram join(std::initializer_list<datagram> groups);
+// (join, which builds a datagram from byte groups, is in fixtures.h.)
 
 // The query's two ID bytes in front of `rest` (which starts at the flags).
 datagram with_id(const datagram& query, const datagram& rest);

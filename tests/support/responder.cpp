@@ -5,10 +5,8 @@
 #include <chrono>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 namespace test_support {
@@ -18,7 +16,6 @@ namespace {
 // The serving thread ends by itself after this much, whatever the test does.
 constexpr auto max_lifetime = std::chrono::seconds(120);
 constexpr std::size_t max_queries = 1000;
-constexpr int poll_ms = 20;
 
 std::uint32_t fnv1a(std::string_view text, std::uint32_t hash = 2166136261u) {
     for (unsigned char c : text) hash = (hash ^ c) * 16777619u;
@@ -29,10 +26,9 @@ std::uint32_t fnv1a(std::string_view text, std::uint32_t hash = 2166136261u) {
 
 std::string test_loopback_address(std::string_view salt) {
     std::string name;
-    if (const auto* info = ::testing::UnitTest::GetInstance()->current_test_info()) {
+    if (const auto* info = ::testing::UnitTest::GetInstance()->current_test_info())
         name = std::string(info->test_suite_name()) + "." + info->name();
-    }
-    std::uint32_t h = fnv1a(salt, fnv1a(name));
+    const std::uint32_t h = fnv1a(salt, fnv1a(name));
     // Second byte 1..254 keeps clear of 127.0.0.x; last byte 1..254 of .0 and .255.
     return "127." + std::to_string(1 + h % 254) + "." + std::to_string((h >> 8) % 256) + "." +
            std::to_string(1 + (h >> 16) % 254);
@@ -40,22 +36,16 @@ std::string test_loopback_address(std::string_view salt) {
 
 responder::responder(reply_handler handler, std::string address)
     : handler_(std::move(handler)), address_(std::move(address)) {
-    int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, IPPROTO_UDP);
-    if (fd < 0) {
-        error_ = std::string("socket: ") + std::strerror(errno);
-        return;
-    }
     sockaddr_in at{};
     at.sin_family = AF_INET;
     at.sin_port = htons(53);
-    if (::inet_pton(AF_INET, address_.c_str(), &at.sin_addr) != 1) {
+    const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, IPPROTO_UDP);
+    if (::inet_pton(AF_INET, address_.c_str(), &at.sin_addr) != 1)
         error_ = "not an IPv4 address: " + address_;
-        ::close(fd);
-        return;
-    }
-    if (::bind(fd, reinterpret_cast<const sockaddr*>(&at), sizeof at) != 0) {
-        error_ = "bind " + address_ + ":53: " + std::strerror(errno);
-        ::close(fd);
+    else if (fd < 0 || ::bind(fd, reinterpret_cast<const sockaddr*>(&at), sizeof at) != 0)
+        error_ = "socket/bind " + address_ + ":53: " + std::strerror(errno);
+    if (!error_.empty()) {
+        if (fd >= 0) ::close(fd);
         return;
     }
     fd_ = fd;
@@ -73,27 +63,21 @@ void responder::serve() {
     datagram buffer(65536);
     while (!stopping_ && std::chrono::steady_clock::now() < deadline) {
         pollfd p{fd_, POLLIN, 0};
-        if (::poll(&p, 1, poll_ms) <= 0) continue;
-        // Busy before the read: settle() sees either a pending datagram or busy.
-        {
+        if (::poll(&p, 1, 20) <= 0) continue;
+        {  // busy before the read: settle() sees either a pending datagram or busy
             std::lock_guard lock(mutex_);
             if (queries_.size() >= max_queries) break;
             busy_ = true;
         }
         sockaddr_in from{};
         socklen_t from_len = sizeof from;
-        ssize_t got = ::recvfrom(fd_, buffer.data(), buffer.size(), MSG_DONTWAIT,
-                                 reinterpret_cast<sockaddr*>(&from), &from_len);
+        const ssize_t got = ::recvfrom(fd_, buffer.data(), buffer.size(), MSG_DONTWAIT,
+                                       reinterpret_cast<sockaddr*>(&from), &from_len);
         std::size_t failed = 0;
-        datagram query;
-        if (got >= 0) {
-            query.assign(buffer.begin(), buffer.begin() + got);
-            for (const datagram& reply : handler_(query)) {
-                ssize_t sent = ::sendto(fd_, reply.data(), reply.size(), 0,
-                                        reinterpret_cast<const sockaddr*>(&from), from_len);
-                if (sent != static_cast<ssize_t>(reply.size())) ++failed;
-            }
-        }
+        datagram query(buffer.begin(), buffer.begin() + std::max<ssize_t>(got, 0));
+        for (const datagram& reply : got >= 0 ? handler_(query) : std::vector<datagram>{})
+            failed += ::sendto(fd_, reply.data(), reply.size(), 0, reinterpret_cast<const sockaddr*>(&from),
+                               from_len) != static_cast<ssize_t>(reply.size());
         std::lock_guard lock(mutex_);
         if (got >= 0) queries_.push_back(std::move(query));
         failed_sends_ += failed;
@@ -104,18 +88,15 @@ void responder::serve() {
 }
 
 void responder::settle() const {
-    if (fd_ < 0) return;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-    while (std::chrono::steady_clock::now() < deadline) {
+    while (fd_ >= 0 && std::chrono::steady_clock::now() < deadline) {
         int pending = 0;
         // The queue first, then busy: the thread marks itself busy before it reads.
-        bool queued = ::ioctl(fd_, FIONREAD, &pending) == 0 && pending > 0;
-        bool busy;
+        const bool queued = ::ioctl(fd_, FIONREAD, &pending) == 0 && pending > 0;
         {
             std::lock_guard lock(mutex_);
-            busy = busy_;
+            if (!queued && !busy_) return;
         }
-        if (!queued && !busy) return;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }

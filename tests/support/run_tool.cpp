@@ -2,8 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
-#include <poll.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,44 +14,24 @@ namespace test_support {
 
 namespace {
 
-struct pipe_pair {
-    int read_end = -1;
-    int write_end = -1;
-    bool open() {
-        int fds[2];
-        if (::pipe2(fds, O_CLOEXEC) != 0) return false;
-        read_end = fds[0];
-        write_end = fds[1];
-        return true;
+// The three standard streams are in-memory files: nothing can block on a
+// full pipe, and what the child wrote is all there once it has ended.
+int memory_file(std::string_view bytes) {
+    const int fd = ::memfd_create("vexa_stream", MFD_CLOEXEC);
+    if (fd >= 0 && ::pwrite(fd, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+        ::close(fd);
+        return -1;
     }
-};
-
-void close_fd(int& fd) {
-    if (fd >= 0) ::close(fd);
-    fd = -1;
+    return fd;
 }
 
-// Only async-signal-safe calls between fork and exec: the parent has threads.
-[[noreturn]] void exec_child(const pipe_pair& in, const pipe_pair& out, const pipe_pair& err,
-                             char* const* argv) {
-    ::dup2(in.read_end, 0);
-    ::dup2(out.write_end, 1);
-    ::dup2(err.write_end, 2);
-    ::signal(SIGPIPE, SIG_DFL);  // the parent ignores it; an ignored signal survives exec
-    ::execv(VEXA_BINARY, argv);
-    ::_exit(127);
-}
-
-bool read_into(int& fd, std::string& text) {
+std::string contents(int fd) {
+    std::string text;
     char chunk[65536];
-    ssize_t got = ::read(fd, chunk, sizeof chunk);
-    if (got > 0) {
+    for (ssize_t got; (got = ::pread(fd, chunk, sizeof chunk, static_cast<off_t>(text.size()))) > 0;)
         text.append(chunk, static_cast<std::size_t>(got));
-        return true;
-    }
-    if (got < 0 && (errno == EINTR || errno == EAGAIN)) return true;
-    close_fd(fd);
-    return false;
+    ::close(fd);
+    return text;
 }
 
 }  // namespace
@@ -60,78 +39,35 @@ bool read_into(int& fd, std::string& text) {
 vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input,
                   std::chrono::milliseconds limit) {
     vexa_run run;
-    // A child that stops reading its input must not kill the test process.
-    ::signal(SIGPIPE, SIG_IGN);
-
-    std::vector<std::string> words;
-    words.reserve(args.size() + 1);
-    words.emplace_back(VEXA_BINARY);
+    std::vector<std::string> words{VEXA_BINARY};
     words.insert(words.end(), args.begin(), args.end());
     std::vector<char*> argv;
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
 
-    pipe_pair in, out, err;
-    if (!in.open() || !out.open() || !err.open()) {
-        run.err = "pipe failed";
-        return run;
+    const int fds[3] = {memory_file(input), memory_file({}), memory_file({})};
+    const pid_t pid = fds[0] < 0 || fds[1] < 0 || fds[2] < 0 ? -1 : ::fork();
+    if (pid == 0) {  // only async-signal-safe calls here: the parent has threads
+        for (int i = 0; i < 3; ++i) ::dup2(fds[i], i);
+        ::execv(VEXA_BINARY, argv.data());
+        ::_exit(127);
     }
-    const pid_t pid = ::fork();
-    if (pid == 0) exec_child(in, out, err, argv.data());
-    close_fd(in.read_end);
-    close_fd(out.write_end);
-    close_fd(err.write_end);
-    if (pid < 0) {
-        close_fd(in.write_end);
-        close_fd(out.read_end);
-        close_fd(err.read_end);
-        run.err = "fork failed";
-        return run;
-    }
-    ::fcntl(in.write_end, F_SETFL, O_NONBLOCK);
-    if (input.empty()) close_fd(in.write_end);
-
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    std::size_t written = 0;
-    while (out.read_end >= 0 || err.read_end >= 0) {
-        auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0) {
-            run.timed_out = true;
-            ::kill(pid, SIGKILL);
-            break;
-        }
-        pollfd fds[3] = {{out.read_end, POLLIN, 0}, {err.read_end, POLLIN, 0},
-                         {in.write_end, POLLOUT, 0}};
-        if (::poll(fds, 3, static_cast<int>(left.count())) < 0 && errno != EINTR) break;
-        if (fds[0].revents) read_into(out.read_end, run.out);
-        if (fds[1].revents) read_into(err.read_end, run.err);
-        if (in.write_end >= 0 && fds[2].revents) {
-            ssize_t put = ::write(in.write_end, input.data() + written, input.size() - written);
-            if (put > 0) written += static_cast<std::size_t>(put);
-            if ((put < 0 && errno != EAGAIN && errno != EINTR) || written == input.size())
-                close_fd(in.write_end);
-        }
-    }
-    close_fd(in.write_end);
-    close_fd(out.read_end);
-    close_fd(err.read_end);
-
-    // A child that closed its streams early still gets no more than the limit.
     int status = 0;
-    bool reaped = false;
-    for (;;) {
-        pid_t done = ::waitpid(pid, &status, WNOHANG);
-        reaped = done == pid;
-        if (reaped || (done < 0 && errno != EINTR)) break;
-        if (done == 0 && std::chrono::steady_clock::now() >= deadline && !run.timed_out) {
+    pid_t got = 0;
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (pid > 0 && (got = ::waitpid(pid, &status, WNOHANG)) != pid && (got == 0 || errno == EINTR)) {
+        if (std::chrono::steady_clock::now() >= deadline && !run.timed_out) {
             run.timed_out = true;
             ::kill(pid, SIGKILL);
         }
-        if (done == 0) ::usleep(1000);
+        ::usleep(1000);
     }
-    if (reaped && WIFEXITED(status)) run.exit_code = WEXITSTATUS(status);
-    if (reaped && WIFSIGNALED(status)) run.signal = WTERMSIG(status);
+    if (got == pid && WIFEXITED(status)) run.exit_code = WEXITSTATUS(status);
+    if (got == pid && WIFSIGNALED(status)) run.signal = WTERMSIG(status);
+    if (fds[0] >= 0) ::close(fds[0]);
+    run.out = fds[1] >= 0 ? contents(fds[1]) : "";
+    run.err = fds[2] >= 0 ? contents(fds[2]) : "stream files failed";
+    if (pid < 0) run.err = "fork failed";
     return run;
 }
 
