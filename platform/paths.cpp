@@ -130,7 +130,7 @@ std::string joined(std::string_view a, char sep, std::string_view b) {
 }
 
 // The result for a path that split_path has cut into dir and name.
-std::string full_from_parts(std::string dir, const std::string& name, std::string result,
+std::string full_from_parts(std::string& dir, const std::string& name, std::string result,
                             std::string_view cwd, char sep) {
     if (dir == ".") return name == "." ? joined(cwd, sep, {}) : joined(cwd, sep, name);
     const bool drive = dir.size() > 1 && dir[1] == ':';
@@ -199,7 +199,7 @@ std::string full_path(std::string_view path, std::string_view cwd) {
     if (text.front() == sep) return text.size() > 1 && text[1] == sep ? text : std::string();
     std::string dir, name;
     split_path(text, dir, name);
-    std::string result = full_from_parts(std::move(dir), name, text, cwd, sep);
+    std::string result = full_from_parts(dir, name, text, cwd, sep);
     fold_separators(result, sep);
     return result;
 }
