@@ -157,7 +157,8 @@ void parse_identity_options(cmd_params& params, arg_list& args) {
 
 // ------------------------------------------------------------ results file --
 // The file is tried now, so a path that can't be written fails the parse;
-// the driver makes it anew. A file the test created goes again.
+// the driver makes it anew. The tried file is removed again, but never a
+// device or pipe (such as /dev/null), nor a file -append found in place.
 bool parse_results_file(cmd_params& params, arg_list& args) {
     std::string value;
     if (!find_value("-out", value, args) && !find_value("-outfile", value, args)) return true;
@@ -175,7 +176,7 @@ bool parse_results_file(cmd_params& params, arg_list& args) {
         return false;
     }
     probe.close();
-    if (!existed) os::file_remove(params.output_file);
+    if (!existed || (before.is_regular && !append)) os::file_remove(params.output_file);
     return true;
 }
 

@@ -89,6 +89,7 @@ void file_make_writable(const std::string& path);
 
 struct file_facts {
     bool is_directory = false;
+    bool is_regular = false;
     std::uint64_t size = 0;
     std::uint64_t create_time = 0;  // 100 ns ticks since 1601-01-01 UTC
     std::uint64_t write_time = 0;   // 100 ns ticks since 1601-01-01 UTC

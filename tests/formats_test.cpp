@@ -3,42 +3,34 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "support/fixtures.h"
 
 namespace {
 
 TEST(Formats, OptionTextsAcceptedByLength) {
-    const struct {
-        const char* text;
-        bool date_ok, time_ok;
-        std::size_t width;  // of the time column
-    } rows[] = {
+    const std::tuple<const char*, bool, bool, std::size_t> rows[] = {  // text, date ok, time ok, time column
         {"yyyy-mm-dd", true, false, 0}, {"dd-mmm-yy", false, false, 0}, {"dd/mm/y", false, false, 0},
         {"hh:mm:ss", true, true, 8}, {"ab:cdefg", true, true, 8}, {"hh:mm", false, false, 0},
         {"hh:mm:ss.x", true, false, 0}, {"hh:mm:ss.xxx", false, true, 12}, {"hh:mm:ssxxxx", false, true, 0},
         {"hh:mm:ss.xxxxxxxxx", false, true, 18}, {"hh:mm:ss.xxxxxxxxxx", false, false, 0},
         {"hhmmss.xxxxx", false, false, 0},
     };
-    for (const auto& r : rows) {
-        EXPECT_EQ(date_format_acceptable(r.text), r.date_ok) << r.text;
-        EXPECT_EQ(time_format_acceptable(r.text), r.time_ok) << r.text;
-        EXPECT_EQ(time_column_width(r.text), r.width) << r.text;
+    for (const auto& [text, date_ok, time_ok, width] : rows) {
+        EXPECT_EQ(date_format_acceptable(text), date_ok) << text;
+        EXPECT_EQ(time_format_acceptable(text), time_ok) << text;
+        EXPECT_EQ(time_column_width(text), width) << text;
     }
 }
 
 TEST(Formats, WordsAndRenderedSample) {
-    const struct {
-        const char* date_format;
-        const char* time_format;
-        bool pair, ok;
-        std::uint32_t word;  // ~0: not checked
-        const char* date;
-        const char* time;
-    } rows[] = {
+    // Date and time format, pair, understood, word (~0: not checked), date and time texts.
+    const std::tuple<const char*, const char*, bool, bool, std::uint32_t, const char*, const char*> rows[] = {
         {"yyyy-mm-dd", "hh:mm:ss.xxx", false, true, '-' | 0x200 | 0x400 | 0x8000 | 3u << 17, "2026-11-19", "09:05:07.042"},
         {"mmm dd, yy", "hh:mm:ss", true, true, ' ' | 0x100 | 0x800 | 0x4000 | 0x10000, "Nov 19 26", "09:05:07"},
-        {"dd/mm-yyyy", "hh:mm:ss.xxxxxxxxxxxx", false, true, '/' | 0x200 | 0x400 | 0x2000 | 9u << 17, "19/11/2026", "09:05:07.042000000"},
+        {"dd/mm-yyyy", "hh:mm:ss.xxxxxxxxxxxx", false, true, '/' | 0x200 | 0x400 | 0x2000 | 9u << 17, "19/11/2026",
+         "09:05:07.042000000"},
         {"mm/dd/yy", "hh:mm:ssxxxx", false, true, ~0u, "11/19/26", "09:05:07.0420"},
         {"yyyymmdd", "hh:mm:ss.xxx", false, true, ~0u, "20261119", "09:05:07.042"},
         {"dd-mmm-yyyy", "hh:mm:ss.xxx", false, true, ~0u, "19-Nov-2026", "09:05:07.042"},
@@ -49,14 +41,13 @@ TEST(Formats, WordsAndRenderedSample) {
         {"aaaaaaaa", "hh:mm:ss.xxx", true, false, 0x10000, "", "09:05:07"},
     };
     const time_parts parts(test_support::sample_ticks);
-    for (const auto& r : rows) {
+    for (const auto& [date_format, time_format, pair, ok, expected_word, date_text, time_text] : rows) {
         std::uint32_t word = 0xdeadbeef;
         std::string date, time;
-        EXPECT_EQ(compile_formats(word, r.date_format, r.time_format, r.pair), r.ok) << r.date_format;
-        if (r.word != ~0u) { EXPECT_EQ(word, r.word) << r.date_format; }
+        EXPECT_EQ(compile_formats(word, date_format, time_format, pair), ok) << date_format;
+        if (expected_word != ~0u) { EXPECT_EQ(word, expected_word) << date_format; }
         render_date_time(date, time, parts, word);
-        EXPECT_EQ(date, r.date) << r.date_format;
-        EXPECT_EQ(time, r.time) << r.time_format;
+        EXPECT_EQ(date + " " + time, std::string(date_text) + " " + time_text) << date_format;
     }
     std::string date = "old", time = "old";
     render_date_time(date, time, time_parts(0), 0);  // an invalid moment

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/fixtures.h"
 
 namespace {
@@ -15,33 +17,23 @@ std::uint32_t decode(const bytes& body, std::uint32_t offset, std::string& out) 
 }
 
 TEST(NameDecoder, NamesAndFaults) {
-    const struct {
-        const char* what;
-        bytes body;
-        std::uint32_t offset, count;  // count 0: a fault
-        std::string text;
-    } rows[] = {
-        {"root", {0}, 12, 1, ""},
-        {"full name", {1, 'a', 2, 'b', 'c', 0}, 12, 6, "a.bc."},
+    // What, bytes from offset 12, offset read at, bytes the name takes (0: a fault), text.
+    const std::tuple<const char*, bytes, std::uint32_t, std::uint32_t, std::string> rows[] = {
+        {"root", {0}, 12, 1, ""}, {"full name", {1, 'a', 2, 'b', 'c', 0}, 12, 6, "a.bc."},
         {"zero byte inside a label", {2, 'a', 0, 0}, 12, 4, std::string("a\0.", 3)},
         {"labels, then pointer", {1, 'a', 0, /* 15: */ 1, 'b', 0xc0, 12}, 15, 4, "b.a."},
         {"pointer to pointer", {1, 'a', 0, /* 15: */ 0xc0, 12, /* 17: */ 0xc0, 15}, 17, 2, "a."},
         {"forward pointer", {0xc0, 14, /* 14: */ 1, 'a', 0}, 12, 2, "a."},
-        {"pointer to itself", {0xc0, 12}, 12, 0, ""},
-        {"two pointers in a loop", {0xc0, 14, /* 14: */ 0xc0, 12}, 12, 0, ""},
-        {"no closing zero", {1, 'a'}, 12, 0, ""},
-        {"label past the end", {5, 'a', 'b'}, 12, 0, ""},
-        {"pointer cut in half", {0xc0}, 12, 0, ""},
-        {"pointer target at the end", {0xc0, 14}, 12, 0, ""},
-        {"pointer target past the end", {0xc0, 15}, 12, 0, ""},
-        {"offset 0", {0}, 0, 0, ""},
-        {"offset at the end", {0}, 13, 0, ""},
-        {"offset past the end", {0}, 14, 0, ""},
+        {"pointer to itself", {0xc0, 12}, 12, 0, ""}, {"pointer loop", {0xc0, 14, /* 14: */ 0xc0, 12}, 12, 0, ""},
+        {"no closing zero", {1, 'a'}, 12, 0, ""}, {"label past the end", {5, 'a', 'b'}, 12, 0, ""},
+        {"pointer cut in half", {0xc0}, 12, 0, ""}, {"pointer target at the end", {0xc0, 14}, 12, 0, ""},
+        {"pointer target past the end", {0xc0, 15}, 12, 0, ""}, {"offset 0", {0}, 0, 0, ""},
+        {"offset at the end", {0}, 13, 0, ""}, {"offset past the end", {0}, 14, 0, ""},
     };
-    for (const auto& r : rows) {
+    for (const auto& [what, body, offset, count, text] : rows) {
         std::string out = "stale";
-        EXPECT_EQ(decode(r.body, r.offset, out), r.count) << r.what;
-        if (r.count != 0) { EXPECT_EQ(out, r.text) << r.what; }
+        EXPECT_EQ(decode(body, offset, out), count) << what;
+        if (count != 0) { EXPECT_EQ(out, text) << what; }
     }
     std::string out;
     EXPECT_EQ(read_name(nullptr, 64, 12, out), 0u);

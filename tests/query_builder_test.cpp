@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <tuple>
 
 #include "support/fixtures.h"
 
@@ -23,40 +24,33 @@ TEST(QueryBuilder, MessageWithIdLowByteFirst) {
 
 TEST(QueryBuilder, EncodeName) {
     const std::string l255(255, 'x'), l200(200, 'y');
-    const struct {
-        std::string text;
-        std::size_t size;  // 0: refused
-        byte_list head;
-    } rows[] = {
+    const std::tuple<std::string, std::size_t, byte_list> rows[] = {  // text, size (0: refused), first bytes
         {".a..bc.", 6, {1, 'a', 2, 'b', 'c', 0}},         // empty stretches drop out
         {"A_ \xe9", 6, {4, 'A', '_', ' ', 0xe9, 0}},      // bytes go out as given
         {l255, 257, {0xff, 'x'}},                         // the longest label
         {l200 + "." + l200 + "." + l200, 604, {200, 'y'}},  // no limit on the whole name
         {"a." + l255 + "x", 0, {}}, {"", 0, {}}, {"...", 0, {}},
     };
-    for (const auto& r : rows) {
+    for (const auto& [text, size, head] : rows) {
         byte_list out{0xaa};
-        EXPECT_EQ(encode_name(r.text, out), r.size != 0) << r.text;
-        EXPECT_EQ(out.size(), r.size) << r.text;
-        EXPECT_TRUE(std::equal(r.head.begin(), r.head.end(), out.begin())) << r.text;
+        EXPECT_EQ(encode_name(text, out), size != 0) << text;
+        EXPECT_EQ(out.size(), size) << text;
+        EXPECT_TRUE(std::equal(head.begin(), head.end(), out.begin())) << text;
     }
 }
 
 TEST(QueryBuilder, TypesAndFailures) {
-    const struct {
-        std::uint32_t type;
-        const char* text;
-        bool ok;
-    } rows[] = {{12, "192.0.2.1", true}, {12, "...", true}, {1, "...", false}, {28, "a", false}};
-    for (const auto& r : rows) {
+    const std::tuple<std::uint32_t, const char*, bool> rows[] = {
+        {12, "192.0.2.1", true}, {12, "...", true}, {1, "...", false}, {28, "a", false}};
+    for (const auto& [type, text, ok] : rows) {
         dns_entry e;
         e.ttl_secs = 7;
         e.query = "stale";
-        ASSERT_EQ(build_query(e, r.text, r.type), r.ok) << r.type << " " << r.text;
-        EXPECT_EQ(e.query, r.ok ? r.text : "");  // PTR: the address, not the reversed name
+        ASSERT_EQ(build_query(e, text, type), ok) << type << " " << text;
+        EXPECT_EQ(e.query, ok ? text : "");  // PTR: the address, not the reversed name
         // QTYPE's low byte; a refused text leaves nothing behind.
-        EXPECT_EQ(r.ok ? e.packet.data()[e.packet.size() - 3] : e.packet.size() + e.ttl_secs + e.packet_id,
-                  r.ok ? r.type : 0u);
+        EXPECT_EQ(ok ? e.packet.data()[e.packet.size() - 3] : e.packet.size() + e.ttl_secs + e.packet_id,
+                  ok ? type : 0u);
     }
 }
 

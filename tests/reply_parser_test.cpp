@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 
 #include "dns/name_decoder.h"
 #include "support/fixtures.h"
@@ -16,6 +17,9 @@ struct parsed {
     std::uint32_t result = 0;
     std::uint16_t id = 0xbeef;
     std::vector<dns_entry> question, answer, authority, additional;
+    std::array<std::size_t, 4> sizes() const {
+        return {question.size(), answer.size(), authority.size(), additional.size()};
+    }
 };
 
 parsed parse(const shared_packet& message) {
@@ -31,31 +35,23 @@ TEST(ReplyParser, FullReply) {
         {0xc0, 12, 0, 5, 0, 1, 0, 0, 0x0e, 0x10, 0, 4},       // 22: a.bc. CNAME IN 3600
         {1, 'x', 0xc0, 12},                                   // 34:   x.a.bc.
         {0xc0, 34, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 192, 0, 2, 1},  // 38: x.a.bc. A 192.0.2.1
-        {0xc0, 12, 0, 6, 0, 1, 0, 0, 0, 60, 0, 27},           // 54: a.bc. SOA
-        {0xc0, 12, 2, 'h', 'm', 0xc0, 12},                    // 66:   a.bc. hm.a.bc.
-        {0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0, 4, 0, 0, 0, 5},
-        {0xc0, 12, 0, 16, 0, 1, 0, 0, 0, 60, 0, 3, 2, 'h', 'i'},  // 93: a.bc. TXT "hi", ends at 108
+        {0xc0, 12, 0, 2, 0, 1, 0, 0, 0, 60, 0, 2, 0xc0, 12},      // 54: a.bc. NS a.bc.
+        {0xc0, 12, 0, 16, 0, 1, 0, 0, 0, 60, 0, 3, 2, 'h', 'i'},  // 68: a.bc. TXT "hi", ends at 83
     });
     dns_entry kept;
     {
         const shared_packet message(reply);
         const parsed p = parse(message);
-        EXPECT_EQ(p.result, 108u);
+        EXPECT_EQ(p.result, 83u);
         EXPECT_EQ(p.id, 0x012a);
-        ASSERT_EQ((std::array{p.question.size(), p.answer.size(), p.authority.size(), p.additional.size()}),
-                  (std::array<std::size_t, 4>{1, 2, 1, 1}));
+        ASSERT_EQ(p.sizes(), (std::array<std::size_t, 4>{1, 2, 1, 1}));
         EXPECT_EQ(p.question[0].query + p.answer[1].query, "a.bc.x.a.bc.");
         const dns_entry& cname = p.answer[0];
         EXPECT_EQ(cname.ttl_secs, 3600u);
         EXPECT_EQ(bytes(cname.raw_data().begin(), cname.raw_data().end()), (bytes{1, 'x', 0xc0, 12}));
         // Only answers carry raw data; the others keep offset and length.
-        EXPECT_EQ(std::pair(p.additional[0].data_offset, p.additional[0].data_length), std::pair(105u, std::uint16_t{3}));
+        EXPECT_TRUE(p.additional[0].data_offset == 80 && p.additional[0].data_length == 3);
         EXPECT_TRUE(p.additional[0].raw_data().empty() && p.authority[0].raw_data().empty());
-        soa_data soa;
-        const dns_entry& ns = p.authority[0];
-        ASSERT_TRUE(read_soa(ns.packet.data(), static_cast<std::int32_t>(ns.packet.size()), ns.data_offset, soa));
-        EXPECT_EQ(soa.domain_name + " " + soa.admin_mailbox, "a.bc. hm.a.bc.");
-        EXPECT_EQ(soa.serial_num * 10 + soa.min_sec, 15u);
         for (const auto* list : {&p.question, &p.answer, &p.authority, &p.additional})
             for (const dns_entry& e : *list) {
                 EXPECT_EQ(e.packet.data(), message.data());  // one shared copy
@@ -78,12 +74,8 @@ TEST(ReplyParser, CountsTruncationsAndFaults) {
     const bytes a_rr{0, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 192, 0, 2, 1};     // root A IN 60, 4 bytes
     const bytes long_rr{0, 0, 1, 0, 1, 0, 0, 0, 60, 0, 5, 192, 0, 2, 1};  // says 5, has 4
     constexpr std::uint32_t whole = ~0u;  // the message's length
-    const struct {
-        const char* what;
-        bytes message;
-        std::uint32_t result;
-        std::array<std::size_t, 4> stored;
-    } rows[] = {
+    // What, message, result (`whole`: its length), entries stored in the four lists.
+    const std::tuple<const char*, bytes, std::uint32_t, std::array<std::size_t, 4>> rows[] = {
         {"QR clear", {0x2a, 0, 0x01, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1}, 0, {}},
         {"empty message", {}, 0, {}},
         {"shorter than a header", {0x2a, 0x00, 0x80}, 12, {}},
@@ -95,14 +87,12 @@ TEST(ReplyParser, CountsTruncationsAndFaults) {
         {"question cut in its type reads zeros", join({header(1, 1, 0, 0), {1, 'a', 0, 0}}), 19, {1, 0, 0, 0}},
         {"pointer loop in authority", join({header(0, 1, 1, 1), a_rr, {/* 27: */ 0xc0, 27}}), 0, {0, 1, 0, 0}},
     };
-    for (const auto& r : rows) {
-        const parsed p = parse(shared_packet(r.message));
-        EXPECT_EQ(p.result, r.result == whole ? r.message.size() : r.result) << r.what;
-        const std::array<std::size_t, 4> stored{p.question.size(), p.answer.size(), p.authority.size(),
-                                                p.additional.size()};
-        EXPECT_EQ(stored, r.stored) << r.what;
+    for (const auto& [what, message, result, stored] : rows) {
+        const parsed p = parse(shared_packet(message));
+        EXPECT_EQ(p.result, result == whole ? message.size() : result) << what;
+        EXPECT_EQ(p.sizes(), stored) << what;
         // The ID is not written without QR.
-        if (r.message.size() > 2) { EXPECT_EQ(p.id, r.message[2] & 0x80 ? 0x002a : 0xbeef) << r.what; }
+        if (message.size() > 2) { EXPECT_EQ(p.id, message[2] & 0x80 ? 0x002a : 0xbeef) << what; }
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "dns/reply_parser.h"
 #include "support/fixtures.h"
 
@@ -37,13 +39,8 @@ dns_entry built_query(std::uint16_t type) {
 }
 
 TEST(ResultDispatch, StatusAndCommentOfEachRow) {
-    const struct {
-        const char* name;
-        std::uint16_t type;
-        std::uint32_t sent;
-        byte_list reply;
-        std::string rows;  // query, comment and status of each row
-    } cases[] = {
+    // What, query type, bytes sent, reply (none: nothing came), query, comment and status of each row.
+    const std::tuple<const char*, std::uint16_t, std::uint32_t, byte_list, std::string> cases[] = {
         {"nothing sent", 1, 0, {}, "a.b,question,sock err|"},
         {"nothing came back", 1, 21, {}, "a.b,question,timeout|"},
         {"not a reply", 1, 21, join({header(1, 0, 0, 0, false), q_ab}), "a.b,question,unkresp|"},
@@ -51,7 +48,8 @@ TEST(ResultDispatch, StatusAndCommentOfEachRow) {
         {"no answer", 1, 21, join({header(1, 0, 1, 0), q_ab, ns_rr}), "a.b.,question,invalid|b.,authority,success|"},
         {"no answer to CNAME", 5, 21, join({header(1, 0, 1, 0), q_ab, ns_rr}), "b.,authority,success|"},
         {"echo only to CNAME", 5, 21, join({header(1, 0, 0, 0), q_ab}), ""},
-        {"parse stopped halfway", 1, 21, join({header(1, 2, 0, 1), q_ab, a_rr, {0xc0, 12, 0, 1, 0, 1, 0, 0, 0, 1, 0, 64}}),
+        {"parse stopped halfway", 1, 21,   // RDLENGTH 64 of 0
+         join({header(1, 2, 0, 1), q_ab, a_rr, {0xc0, 12, 0, 1, 0, 1, 0, 0, 0, 1, 0, 64}}),
          "a.b.,answer,success|"},
         {"no question section", 1, 21,
          join({header(0, 1, 1, 1), {1, 'a', 0, 0, 1, 0, 1, 0, 0, 1, 0x2c, 0, 4, 1, 2, 3, 4},  // a. A
@@ -59,12 +57,12 @@ TEST(ResultDispatch, StatusAndCommentOfEachRow) {
                {1, 'x', 0, 0, 1, 0, 1, 0, 0, 1, 0x2c, 0, 4, 9, 9, 9, 9}}),                    // x. A
          "a.,answer,success|n.,authority,success|x.,additions,success|"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, type, sent, reply, expected] : cases) {
         input_params params;
         params.separator = ",";
         params.compact_columns = true;
-        dns_result result = attempt(c.sent, c.reply);
-        dns_entry query = built_query(c.type);
+        dns_result result = attempt(sent, reply);
+        dns_entry query = built_query(type);
         test_support::string_output out;
         EXPECT_TRUE(report_result(out, result, query, params));
         const std::string& text = out.text();
@@ -74,10 +72,10 @@ TEST(ResultDispatch, StatusAndCommentOfEachRow) {
             const std::size_t second = line.find(',', line.find(',') + 1);
             if (!line.starts_with("query,")) rows += line.substr(0, line.find(',', second + 1)) + "|";
         }
-        EXPECT_EQ(rows, c.rows) << c.name;
+        EXPECT_EQ(rows, expected) << name;
         // The header line comes only in front of a row, and only once.
-        EXPECT_EQ(text.starts_with("query,"), !c.rows.empty()) << c.name;
-        EXPECT_EQ(params.show_header, c.rows.empty()) << c.name;
+        EXPECT_EQ(text.starts_with("query,"), !expected.empty()) << name;
+        EXPECT_EQ(params.show_header, expected.empty()) << name;
     }
 }
 

@@ -8,22 +8,16 @@ namespace {
 
 TEST(ReverseName, PiecesReversedThenInAddrArpa) {
     const byte_list tail{7, 'i', 'n', '-', 'a', 'd', 'd', 'r', 4, 'a', 'r', 'p', 'a', 0};
-    const struct {
-        std::string text;
-        byte_list labels;  // before the tail
-        bool ok = true;
-    } rows[] = {
-        {"192.0.2.1", {1, '1', 1, '2', 1, '0', 3, '1', '9', '2'}},
-        {"www.ex", {2, 'e', 'x', 3, 'w', 'w', 'w'}},
-        {".1..2.", {1, '2', 1, '1'}},  // empty pieces drop out
-        {"...", {}},
-        {"", {}, false},
-        {"1." + std::string(256, '9'), {}, false},
+    const std::tuple<std::string, bool, byte_list> rows[] = {  // text, accepted, labels before the tail
+        {"192.0.2.1", true, {1, '1', 1, '2', 1, '0', 3, '1', '9', '2'}},
+        {"www.ex", true, {2, 'e', 'x', 3, 'w', 'w', 'w'}},
+        {".1..2.", true, {1, '2', 1, '1'}} /* empty pieces drop out */, {"...", true, {}},
+        {"", false, {}}, {"1." + std::string(256, '9'), false, {}},
     };
-    for (const auto& r : rows) {
+    for (const auto& [text, ok, labels] : rows) {
         byte_list out{0xaa};
-        EXPECT_EQ(encode_reverse_name(r.text, out), r.ok) << r.text;
-        if (r.ok) { EXPECT_EQ(out, test_support::join({r.labels, tail})) << r.text; }
+        EXPECT_EQ(encode_reverse_name(text, out), ok) << text;
+        if (ok) { EXPECT_EQ(out, test_support::join({labels, tail})) << text; }
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/fixtures.h"
 #include "timefmt/formats.h"
 
@@ -59,22 +61,19 @@ TEST(TextReport, WidthsFollowServerAndTimeFormat) {
 }
 
 TEST(TextReport, ClashCharacterReplacedInQueryOnly) {
-    const struct {
-        bool csv;
-        char clash_char;
-        std::string query, shown;
-    } cases[] = {{false, '|', "a|b.", "a;b. "}, {true, ',', "a,b c.", "a b c.,"}, {false, 0, "a|b.", "a|b. "}};
-    for (const auto& c : cases) {
+    const std::tuple<bool, char, std::string, std::string> cases[] = {  // CSV, clash character, query, shown
+        {false, '|', "a|b.", "a;b. "}, {true, ',', "a,b c.", "a b c.,"}, {false, 0, "a|b.", "a|b. "}};
+    for (const auto& [csv, clash_char, query, shown] : cases) {
         input_params params;
         params.show_header = false;
-        if (c.csv) use_csv(params);
-        params.clash_char = c.clash_char;
+        if (csv) use_csv(params);
+        params.clash_char = clash_char;
         dns_entry entry = record_entry(1, {1, 2, 3, 4});
-        entry.query = c.query;
+        entry.query = query;
         entry.dns_server = "1|2";
         const std::string text = rows_of(entry, params);
-        EXPECT_EQ(text.substr(0, c.shown.size()), c.shown) << c.query;
-        EXPECT_NE(text.find("1|2"), std::string::npos) << c.query;
+        EXPECT_EQ(text.substr(0, shown.size()), shown) << query;
+        EXPECT_NE(text.find("1|2"), std::string::npos) << query;
     }
 }
 
@@ -86,39 +85,30 @@ std::string data_part(const std::string& line, const std::string& separator) {
 }
 
 TEST(TextReport, DataCellOfEachRecordType) {
-    const struct {
-        std::uint16_t type;
-        byte_list rdata;
-        std::string data;  // padded; the compact layout has no blank behind ";"
-        bool answer = true;
-    } cases[] = {
-        {1, {1, 2, 3, 4}, "1.2.3.4"},
-        {1, {1, 2, 3, 4, 5, 10}, "01 02 03 04 05 0a"},  // A of 6 bytes
-        {1, {}, "  <none>"},
-        {28, {0x20, 0x01, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, "2001:db8:0:0:0:0:0:1"},
-        {28, {0xff}, ""},
-        {15, {0, 10, 4, 'm', 'a', 'i', 'l', 0xc0, 12}, "10; mail.a.b."},
-        {15, {0, 10, 5, 'm'}, "10; 00 0a 05 6d"},  // label of 5 with 1 byte left
-        {15, {0x07}, "07"},                          // no whole preference
-        {2, {2, 'n', 's', 0xc0, 12}, "ns.a.b."},
-        {5, {0xc0, 0x21}, "c0 21"},  // points at itself
-        {12, {3, 'x', 'y'}, "03 78 79"},
+    // Type, RDATA, in the answer section, data cell (padded; compact has no blank behind ";").
+    const std::tuple<std::uint16_t, byte_list, bool, std::string> cases[] = {
+        {1, {1, 2, 3, 4}, true, "1.2.3.4"}, {1, {1, 2, 3, 4, 5, 10}, true, "01 02 03 04 05 0a"},  // A of 6 bytes
+        {1, {}, true, "  <none>"}, {28, {0xff}, true, ""},
+        {28, {0x20, 0x01, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, true, "2001:db8:0:0:0:0:0:1"},
+        {15, {0, 10, 4, 'm', 'a', 'i', 'l', 0xc0, 12}, true, "10; mail.a.b."},
+        {15, {0, 10, 5, 'm'}, true, "10; 00 0a 05 6d"},  // label of 5 with 1 byte left
+        {15, {0x07}, true, "07"}, {2, {2, 'n', 's', 0xc0, 12}, true, "ns.a.b."},  // no whole preference; NS
+        {5, {0xc0, 0x21}, true, "c0 21"}, {12, {3, 'x', 'y'}, true, "03 78 79"},   // points at itself; cut short
         {6, {2, 'n', 's', 0xc0, 12, /* RNAME */ 0xc0, 12, /* serial, refresh, retry, expire, minimum */
              0, 0, 0, 1, 0, 0, 0x1c, 0x20, 0, 0, 0x0e, 0x10, 0, 0x12, 0x75, 0, 0, 0, 1, 0x2c},
-         "ns.a.b.; a.b.; 0x00000001; 0x00001c20; 0x00000e10; 0x00127500; 0x0000012c"},
-        {6, {0xc0, 12, 0xc0, 12, 0, 1}, "c0 0c c0 0c 00 01"},  // SOA without its numbers
-        {16, {5, 'a', '\r', '\n', 'b', ','}, "\x05" "a  b,\r\n"},  // then an empty line
-        {16, {1, 'z'}, "\r\n", false},  // TXT outside the answer section
-        {99, {0xde, 0xad}, "de ad"},
+         true, "ns.a.b.; a.b.; 0x00000001; 0x00001c20; 0x00000e10; 0x00127500; 0x0000012c"},
+        {6, {0xc0, 12, 0xc0, 12, 0, 1}, true, "c0 0c c0 0c 00 01"},  // SOA without its numbers
+        {16, {5, 'a', '\r', '\n', 'b', ','}, true, "\x05" "a  b,\r\n"},  // then an empty line
+        {16, {1, 'z'}, false, "\r\n"}, {99, {0xde, 0xad}, true, "de ad"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [type, rdata, answer, data] : cases) {
         input_params padded, compact;
         padded.show_header = compact.show_header = false;
         use_csv(compact);
-        std::string data = c.data;
-        for (std::size_t at; (at = data.find("; ")) != std::string::npos;) data.erase(at + 1, 1);
-        EXPECT_EQ(data_part(rows_of(record_entry(c.type, c.rdata, c.answer), padded), " | "), c.data + "\r\n");
-        EXPECT_EQ(data_part(rows_of(record_entry(c.type, c.rdata, c.answer), compact), ","), data + "\r\n");
+        std::string tight = data;
+        for (std::size_t at; (at = tight.find("; ")) != std::string::npos;) tight.erase(at + 1, 1);
+        EXPECT_EQ(data_part(rows_of(record_entry(type, rdata, answer), padded), " | "), data + "\r\n");
+        EXPECT_EQ(data_part(rows_of(record_entry(type, rdata, answer), compact), ","), tight + "\r\n");
     }
 }
 

@@ -1,14 +1,11 @@
 #include "platform/text.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
-struct number_row {
-    const char* text;
-    bool ok;
-    std::uint32_t value;
-};
+using number_row = std::tuple<const char*, bool, std::uint32_t>;  // text, accepted, value
 
 TEST(Text, ParseNumber) {
     const number_row rows[] = {
@@ -17,10 +14,10 @@ TEST(Text, ParseNumber) {
         {"box", true, 0}, {"foo", true, 0}, {"10x", true, 0},  // the x or o anywhere decides
         {"x123456789", true, 0xffffffff}, {"99999999999", true, 0x7fffffff}, {"-99999999999", true, 0x80000000},
     };
-    for (const auto& r : rows) {
+    for (const auto& [text, ok, expected] : rows) {
         std::uint32_t value = 777;
-        EXPECT_EQ(parse_number(r.text, value), r.ok) << r.text;
-        EXPECT_EQ(value, r.value) << r.text;
+        EXPECT_EQ(parse_number(text, value), ok) << text;
+        EXPECT_EQ(value, expected) << text;
     }
 }
 
@@ -30,10 +27,10 @@ TEST(Text, ParseNumberC) {
         {"-1", true, 0xffffffff}, {"99999999999", true, 0xffffffff}, {"x1F", true, 31}, {"o17", true, 15},
         {" 0x10", true, 0},  // digits are read from the untrimmed text, here "x10"
     };
-    for (const auto& r : rows) {
+    for (const auto& [text, ok, expected] : rows) {
         std::uint32_t value = 777;
-        EXPECT_EQ(parse_number_c(r.text, value), r.ok) << r.text;
-        EXPECT_EQ(value, r.value) << r.text;
+        EXPECT_EQ(parse_number_c(text, value), ok) << text;
+        EXPECT_EQ(value, expected) << text;
     }
 }
 
@@ -57,23 +54,6 @@ TEST(Text, TrimAndLower) {
     std::u16string wide_mixed = u"AZ@[\u00c9";
     to_lower(wide_mixed);
     EXPECT_EQ(wide_mixed, u"az@[\u00c9");
-}
-
-TEST(Text, SplitText) {
-    const struct {
-        const char* text;
-        bool trim, ok;
-        std::vector<std::string> pieces;
-    } rows[] = {{".a..b.", false, true, {"a", "b"}}, {"...", false, true, {}}, {"", false, false, {}},
-                {" a . .b", false, true, {" a ", " ", "b"}}, {" a . .b", true, true, {"a", "b"}}};
-    for (const auto& r : rows) {
-        std::vector<std::string> list{"old"};
-        EXPECT_EQ(split_text(r.text, '.', list, r.trim, false), r.ok) << r.text;
-        EXPECT_EQ(list, r.pieces) << r.text;
-    }
-    std::vector<std::string> list{"arpa"};
-    split_text("1.2", '.', list, false, true);
-    EXPECT_EQ(list, (std::vector<std::string>{"arpa", "1", "2"}));
 }
 
 }  // namespace

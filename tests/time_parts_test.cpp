@@ -5,12 +5,15 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <tuple>
 
 namespace {
 
 using moment = std::array<std::uint32_t, 7>;  // year, month, day, hour, minute, second, ms
 
-moment of(const calendar_fields& f) { return {f.year, f.month, f.day, f.hour, f.minute, f.second, f.millisecond}; }
+moment of(const calendar_fields& f) {
+    return {f.year, f.month, f.day, f.hour, f.minute, f.second, f.millisecond};
+}
 
 // Ticks worked out independently of the code under test.
 TEST(TimeParts, TicksAndFieldsBothWays) {
@@ -43,8 +46,9 @@ TEST(TimeParts, FractionFieldsAndValidity) {
     EXPECT_EQ(p.unix_seconds, 1795079107u);
     EXPECT_EQ(p.millisecond * 1000000000ULL + p.nanoseconds, 123123456700ULL);
     EXPECT_EQ(p.microseconds, 123456u);
-    for (std::uint64_t bad : std::initializer_list<std::uint64_t>{0, 1ULL << 63, ticks_1601_to_1970 - 1, ticks_1601_to_1970 + 9999999})
-        EXPECT_FALSE(time_parts(bad).valid) << bad;  // the last is Unix second 0
+    const std::uint64_t unix0 = ticks_1601_to_1970;  // Unix second 0 counts as no time
+    for (std::uint64_t bad : {unix0 - unix0, std::uint64_t{1} << 63, unix0 - 1, unix0 + 9999999})
+        EXPECT_FALSE(time_parts(bad).valid) << bad;
     EXPECT_TRUE(time_parts(ticks_1601_to_1970 + ticks_per_second).valid);
     calendar_fields f;
     f.year = 7;
@@ -57,11 +61,7 @@ TEST(TimeParts, FractionFieldsAndValidity) {
 }
 
 TEST(TimeParts, ParseDate) {
-    const struct {
-        std::string text;
-        char delimiter;
-        moment ymd;  // all 0: refused
-    } rows[] = {
+    const std::tuple<std::string, char, moment> rows[] = {  // text, delimiter, year month day (none: refused)
         {"25-3-1", '-', {2025, 3, 1}}, {"99/12/31", '/', {1999, 12, 31}}, {"30/1/1", '/', {2030, 1, 1}},
         {"31/1/1", '/', {1931, 1, 1}}, {"2026-02-31", '-', {2026, 2, 31}}, {"2026-0-0", '-', {2026}},
         {"2026---11--19", '-', {2026, 11, 19}},  // doubled delimiters skipped,
@@ -69,11 +69,10 @@ TEST(TimeParts, ParseDate) {
         {"2026-13-01", '-', {}}, {"2026-12-32", '-', {}}, {"-2026-1-1", '-', {}}, {"2026-11", '-', {}},
         {"2026-11-", '-', {}}, {"2026-nov-19", '-', {}}, {"2026/11/19", '-', {}}, {"", '-', {}},
     };
-    for (const auto& r : rows) {
+    for (const auto& [text, delimiter, ymd] : rows) {
         std::uint32_t day = 99, month = 99, year = 99;
-        const bool ok = r.ymd[0] != 0;
-        EXPECT_EQ(parse_date(r.text, "YMD", r.delimiter, day, month, year), ok) << r.text;
-        if (ok) { EXPECT_EQ((moment{year, month, day}), r.ymd) << r.text; }
+        EXPECT_EQ(parse_date(text, "YMD", delimiter, day, month, year), ymd[0] != 0) << text;
+        if (ymd[0] != 0) { EXPECT_EQ((moment{year, month, day}), ymd) << text; }
     }
     std::uint32_t d = 0, m = 0, y = 0;
     EXPECT_FALSE(parse_date("2026-1-1", "YM", '-', d, m, y));
@@ -82,21 +81,17 @@ TEST(TimeParts, ParseDate) {
 
 TEST(TimeParts, ParseClock) {
     const std::string l32(32, '1');
-    const struct {
-        std::string text;
-        bool ok;
-        double h = 0, m = 0, s = 0;
-    } rows[] = {
+    const std::tuple<std::string, bool, double, double, double> rows[] = {  // text, accepted, h, m, s
         {"8:05 pm", true, 20, 5, 0}, {" 8:05 AM ", true, 8, 5, 0}, {"12:00pm", true, 24, 0, 0},
         {"09:05:07.042", true, 9, 5, 7.042}, {"8:05:07 pm", true, 20, 5, 7}, {"7.9:30", true, 7, 30, 0},
-        {"805", false}, {"8:", false}, {"8: pm", false},
-        {l32 + ":00", false}, {"1:" + l32, false}, {"1:2:" + l32, false},  // fields of 32 characters
+        {"805", false, 0, 0, 0}, {"8:", false, 0, 0, 0}, {"8: pm", false, 0, 0, 0},
+        {l32 + ":00", false, 0, 0, 0}, {"1:" + l32, false, 0, 0, 0}, {"1:2:" + l32, false, 0, 0, 0},  // 32 characters
         {"1:2:" + l32.substr(1), true, 1, 2, 1111111111111111111111111111111.0},
     };
-    for (const auto& r : rows) {
+    for (const auto& [text, ok, hours, minutes, seconds] : rows) {
         double h = -1, m = -1, s = -1;
-        EXPECT_EQ(parse_clock(r.text, h, m, s), r.ok) << r.text;
-        if (r.ok) { EXPECT_TRUE(h == r.h && m == r.m && std::abs(s - r.s) <= 1e-9 * r.s) << r.text; }
+        EXPECT_EQ(parse_clock(text, h, m, s), ok) << text;
+        if (ok) { EXPECT_TRUE(h == hours && m == minutes && std::abs(s - seconds) <= 1e-9 * seconds) << text; }
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/fixtures.h"
 
 namespace {
@@ -23,11 +25,8 @@ TEST(XmlReport, SampleLineByteForByte) {
 }
 
 TEST(XmlReport, TranslatedDataOfEachRecordType) {
-    const struct {
-        std::uint16_t type;
-        byte_list rdata;
-        std::string tail;  // from <raw_data_hex> to the end of the translated data's start tag
-    } cases[] = {
+    // Type, RDATA, the line from behind <raw_data_hex> to the end of the translated data's start tag.
+    const std::tuple<std::uint16_t, byte_list, std::string> cases[] = {
         {1, {1, 2, 3, 4, 5, 6}, "01 02 03 04 05 06</raw_data_hex><translated_data "},
         {28, {0x20, 0x01, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1},
          "20 01 0d b8 00 00 00 00 00 00 00 00 00 00 00 01</raw_data_hex><translated_data  ipv6_addr=\"2001:db8::1\""},
@@ -48,10 +47,10 @@ TEST(XmlReport, TranslatedDataOfEachRecordType) {
         {6, {0xc0, 12, 0xc0, 12}, "c0 0c c0 0c</raw_data_hex><translated_data "},  // SOA cut short
         {16, {2, 'h', '<'}, "02 68 3c</raw_data_hex><translated_data "},
     };
-    for (const auto& c : cases) {
+    for (const auto& [type, rdata, tail] : cases) {
         // Every section alike: XML reads the data from the packet.
-        const std::string line = xml_of(test_support::record_entry(c.type, c.rdata, false));
-        EXPECT_EQ(line.substr(line.find("<raw_data_hex>") + 14), c.tail + "></translated_data></data_entry>\r\n");
+        const std::string line = xml_of(test_support::record_entry(type, rdata, false));
+        EXPECT_EQ(line.substr(line.find("<raw_data_hex>") + 14), tail + "></translated_data></data_entry>\r\n");
     }
 }
 
@@ -78,7 +77,8 @@ TEST(XmlReport, FormatIpv6FoldsTheFirstZeroRun) {
     };
     for (const auto& [groups, expected] : cases) {
         byte_list bytes;
-        for (std::uint16_t g : groups) bytes.insert(bytes.end(), {static_cast<std::uint8_t>(g >> 8), static_cast<std::uint8_t>(g)});
+        for (std::uint16_t g : groups)
+            bytes.insert(bytes.end(), {static_cast<std::uint8_t>(g >> 8), static_cast<std::uint8_t>(g)});
         if (bytes.empty()) bytes.push_back(0xff);  // one odd byte: no group
         std::string text = "old";
         EXPECT_TRUE(format_ipv6(bytes.data(), bytes.size(), text));

@@ -105,6 +105,7 @@ bool file_stat(const std::string& path, file_facts& facts) {
     struct statx ext {};
     if (::statx(AT_FDCWD, native.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &ext) != 0) return false;
     facts.is_directory = S_ISDIR(ext.stx_mode);
+    facts.is_regular = S_ISREG(ext.stx_mode);
     facts.size = ext.stx_size;
     facts.write_time = to_ticks(ext.stx_mtime.tv_sec, ext.stx_mtime.tv_nsec);
     facts.create_time = (ext.stx_mask & STATX_BTIME) ? to_ticks(ext.stx_btime.tv_sec, ext.stx_btime.tv_nsec)

@@ -6,9 +6,9 @@
 namespace test_support {
 
 datagram with_id(const datagram& query, const datagram& rest) {
-    datagram reply{query.size() > 0 ? query[0] : std::uint8_t{0},
-                   query.size() > 1 ? query[1] : std::uint8_t{0}};
-    reply.insert(reply.end(), rest.begin(), rest.end());
+    datagram reply(2 + rest.size(), 0);
+    std::copy_n(query.begin(), std::min<std::size_t>(query.size(), 2), reply.begin());
+    std::copy(rest.begin(), rest.end(), reply.begin() + 2);
     return reply;
 }
 

@@ -21,24 +21,25 @@ std::vector<std::string_view> cells_of(std::string_view line, std::string_view s
     return cells;
 }
 
-// Calls `each` with every line of `text`, without its CR LF.
+// Calls `each` with the cells of every report row of `text`.
 template <typename Each>
-void for_each_line(std::string_view text, Each each) {
+void for_each_row(std::string_view text, std::string_view separator, Each each) {
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
         if (line.ends_with('\r')) line.remove_suffix(1);
-        each(line);
+        if (std::vector<std::string_view> cells = cells_of(line, separator); !cells.empty()) each(line, cells);
         text.remove_prefix(std::min(end + 1, text.size()));
     }
 }
 
-bool parse_instant(std::string_view date, std::string_view time, std::time_t& when) {
-    const std::string text = std::string(date) + " " + std::string(time);
+// "yyyy-mm-dd hh:mm:ss.xxx" of a real instant, as seconds since 1970.
+bool parse_instant(const std::string& text, std::time_t& when) {
     const std::string_view shape = "0000-00-00 00:00:00.000";
     if (text.size() != shape.size()) return false;
     for (std::size_t i = 0; i < shape.size(); ++i)
-        if (shape[i] == '0' ? !std::isdigit(static_cast<unsigned char>(text[i])) : text[i] != shape[i]) return false;
+        if (shape[i] == '0' ? !std::isdigit(static_cast<unsigned char>(text[i])) : text[i] != shape[i])
+            return false;
     std::tm f{};
     std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d", &f.tm_year, &f.tm_mon, &f.tm_mday, &f.tm_hour,
                 &f.tm_min, &f.tm_sec);
@@ -54,15 +55,15 @@ bool parse_instant(std::string_view date, std::string_view time, std::time_t& wh
 
 std::string_view report_body(std::string_view out) {
     for (std::string_view blank : {"\r\n\r\n", "\n\n"})
-        if (std::size_t at = out.find(blank); at != std::string_view::npos) return out.substr(at + blank.size());
+        if (const std::size_t at = out.find(blank); at != std::string_view::npos)
+            return out.substr(at + blank.size());
     return out;
 }
 
 std::string mask_date_time(std::string_view report, std::string_view separator) {
     std::string masked(report);
-    for_each_line(report, [&](std::string_view line) {
-        std::vector<std::string_view> cells = cells_of(line, separator);
-        for (std::string_view cell : cells.empty() ? cells : std::vector{cells[5], cells[6]})
+    for_each_row(report, separator, [&](std::string_view, const std::vector<std::string_view>& cells) {
+        for (std::string_view cell : {cells[5], cells[6]})
             for (std::size_t i = cell.data() - report.data(), end = i + cell.size(); i < end; ++i)
                 if (std::isalnum(static_cast<unsigned char>(masked[i]))) masked[i] = '#';
     });
@@ -73,14 +74,13 @@ testing::AssertionResult date_time_cells_valid(std::string_view report, std::str
                                                std::time_t earliest, std::time_t latest) {
     std::size_t rows = 0;
     std::string faults;
-    for_each_line(report, [&](std::string_view line) {
-        std::vector<std::string_view> cells = cells_of(line, separator);
-        if (cells.empty()) return;
+    for_each_row(report, separator, [&](std::string_view line, const std::vector<std::string_view>& cells) {
         ++rows;
         std::string_view time = cells[6];
         if (time.starts_with(' ')) time.remove_prefix(1);  // the pair gap
         std::time_t when = 0;
-        if (!parse_instant(cells[5], time, when) || when < earliest || when > latest)
+        const std::string instant = std::string(cells[5]) + " " + std::string(time);
+        if (!parse_instant(instant, when) || when < earliest || when > latest)
             faults += "date/time bad or outside the run in: " + std::string(line) + "\n";
     });
     if (rows == 0) return testing::AssertionFailure() << "no report row in:\n" << report;
