@@ -11,7 +11,7 @@ seconds=${VEXA_FUZZ_SECONDS:-30}
 
 VEXA_WANT_CLANG=1 scripts/setup.sh
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz
+cmake --build --preset fuzz -j 2
 
 if [ $# -gt 0 ]; then
   targets=("$@")

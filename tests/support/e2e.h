@@ -1,47 +1,64 @@
 #pragma once
-// What the end-to-end tests share: building scripted replies, one run of vexa
-// against a responder, and expected reports with placeholders.
+// What the end-to-end tests share: one run of vexa (against a responder),
+// scripted replies, and reading a report: past the run record, with the date
+// and time cells masked so the rest compares byte for byte.
 
+#include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "support/fixtures.h"
-#include "support/report_text.h"
 #include "support/responder.h"
-#include "support/run_tool.h"
 
 namespace test_support {
 
-// (join, which builds a datagram from byte groups, is in fixtures.h.)
+// Runs the built vexa as a child process: arguments (program name not
+// included), bytes on its standard input, a hard time limit.
+struct vexa_run {
+    int exit_code = -1;      // as the system keeps it: -1 from main reads 255
+    int signal = 0;          // the signal that ended it, 0 if it exited
+    bool timed_out = false;  // killed at the time limit
+    std::string out, err;
+};
+vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input = {},
+                  std::chrono::milliseconds limit = std::chrono::seconds(20));
 
-// The query's two ID bytes in front of `rest` (which starts at the flags).
-datagram with_id(const datagram& query, const datagram& rest);
-
-// Answers every query with `rest` behind the query's own ID.
-reply_handler answer(datagram rest);
-
-// The ID of a query as the report shows it: first byte low, second high.
-std::uint16_t id_of(const datagram& query);
-
-// One run of vexa with `-server <the responder's address>` added.
+// One run with `-server <the responder's address>` added.
 struct e2e_run {
     vexa_run run;
     std::vector<datagram> queries;  // what the server saw
     std::string body;               // report after the run record, date/time masked
 };
-e2e_run run_against(const responder& server, std::vector<std::string> args,
-                    std::string_view input = {});
+e2e_run run_against(const responder& server, std::vector<std::string> args, std::string_view input = {});
 
-// The rows (lines) of a report body, without their CR LF.
+// The query's two ID bytes in front of `rest` (which starts at the flags).
+datagram with_id(const datagram& query, const datagram& rest);
+// Answers every query with `rest` behind the query's own ID.
+reply_handler answer(datagram rest);
+// The ID of a query as the report shows it: first byte low, second high.
+std::uint16_t id_of(const datagram& query);
+
+// Everything behind the first empty line (the run record); all if there is none.
+std::string_view report_body(std::string_view out);
+// The lines of a report, without their CR LF.
 std::vector<std::string> lines_of(std::string_view body);
+// The 13 cells of a report row, the last to the line's end; none for other lines.
+std::vector<std::string_view> cells_of(std::string_view line, std::string_view separator);
+// Each letter and digit of the date and time cells of every row becomes '#'.
+std::string mask_date_time(std::string_view report, std::string_view separator = " | ");
+// There is a row, and every row's date "yyyy-mm-dd" and time "hh:mm:ss.xxx" is
+// a real UTC instant within a second of [earliest, latest] (seconds since 1970).
+testing::AssertionResult date_time_cells_valid(std::string_view report, std::string_view separator,
+                                               std::time_t earliest, std::time_t latest);
+// Every line ends in CR LF, with no stray CR or LF elsewhere.
+testing::AssertionResult lines_end_in_crlf(std::string_view text);
 
-// Fills the placeholders of an expected report:
-//   {id4} {id}   the ID, zero-filled to 4 hex digits / unpadded
-//   {xx} {c}     the ID's first byte as a hex-dump byte and as dump text
-//   {srv}        the server address; {srvhdr} "DNSserv" padded to its width
-// Lines of `text` are joined with CR LF, as the report has them.
+// Fills the placeholders of an expected report: {id4} {id} the ID, 4 hex digits
+// or unpadded; {xx} {c} its first byte in a dump, as hex and as text; {srv} the
+// server, {srvhdr} "DNSserv" padded to its width. Lines are joined with CR LF.
 std::string expand(std::string_view text, std::uint16_t id, std::string_view server);
 
 }  // namespace test_support

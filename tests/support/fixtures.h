@@ -27,15 +27,13 @@ inline std::vector<std::uint8_t> join(std::initializer_list<std::vector<std::uin
 
 // Collects what is written; LF arrive as CR LF.
 struct string_output final : uni::output_stream {
-    explicit string_output(std::size_t buffer_size = 64) : output_stream(buffer_size) {}
+    string_output() : output_stream(64) {}
     const std::string& text() { return flush_buffer(), bytes; }
     bool write_bytes(const char* data, std::size_t count) override {
-        ++writes;
         bytes.append(data, count);
         return true;
     }
     std::string bytes;
-    std::size_t writes = 0;
 };
 
 // 2026-11-19 09:05:07.042 UTC.
@@ -43,8 +41,7 @@ inline const std::uint64_t sample_ticks = fields_to_ticks(2026, 11, 19, 9, 5, 7,
 
 // One record of `type` in a reply to "a.b. A IN" (ID 42, server 8.8.8.8),
 // its RDATA at the very end (offset 33), so a name that runs on falls off.
-inline dns_entry record_entry(std::uint16_t type, const std::vector<std::uint8_t>& rdata,
-                              bool answer = true) {
+inline dns_entry record_entry(std::uint16_t type, const std::vector<std::uint8_t>& rdata, bool answer = true) {
     const auto hi = [](unsigned v) { return static_cast<std::uint8_t>(v >> 8); };
     const auto lo = [](unsigned v) { return static_cast<std::uint8_t>(v); };
     dns_entry e;

@@ -8,38 +8,20 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>
 #include <string>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "support/netns.h"
+#include "support/responder.h"
 
 namespace {
 
 bool in_private_network = false;
 
-bool write_file(const char* path, const std::string& text) {
-    const int fd = ::open(path, O_WRONLY | O_CLOEXEC);
-    const bool ok = fd >= 0 && ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    if (fd >= 0) ::close(fd);
-    return ok;
-}
-
-// As root a plain new network namespace. Otherwise first a user namespace in
-// which this user is root, so that loopback can be brought up and port 53
-// bound; a failure there leaves the host's network in place. Returns why not.
+// A network namespace of its own (this needs root), with loopback up. Returns why not.
 std::string enter_private_network() {
-    const std::string uid = std::to_string(::geteuid()), gid = std::to_string(::getegid());
-    if (uid != "0") {
-        if (::unshare(CLONE_NEWUSER) != 0) return std::string("user namespace: ") + std::strerror(errno);
-        write_file("/proc/self/setgroups", "deny");  // absent on old kernels: not needed there
-        if (!write_file("/proc/self/uid_map", "0 " + uid + " 1\n") ||
-            !write_file("/proc/self/gid_map", "0 " + gid + " 1\n"))
-            return std::string("uid/gid map: ") + std::strerror(errno);
-    }
     if (::unshare(CLONE_NEWNET) != 0) return std::string("network namespace: ") + std::strerror(errno);
     const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     ifreq request{};

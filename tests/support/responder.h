@@ -1,11 +1,9 @@
 #pragma once
-// A scripted DNS server for the end-to-end tests: a UDP socket on port 53 of
-// a loopback address of the test's own, served by a thread. A handler gets
-// each query's bytes and gives the datagrams to send back, which may be none
-// (silence), several, or any bytes at all.
+// A scripted DNS server for the end-to-end tests: a UDP socket on port 53 of a
+// loopback address of the test's own, served by a thread. A handler gets each
+// query's bytes and gives the datagrams to send back: none, several, any bytes.
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -19,8 +17,8 @@ namespace test_support {
 using datagram = std::vector<std::uint8_t>;
 using reply_handler = std::function<std::vector<datagram>(const datagram& query)>;
 
-// The largest UDP payload that IPv4 can carry: 65,535 less the IP and UDP headers.
-inline constexpr std::size_t max_datagram = 65507;
+// Whether the test runner moved into a private network namespace (main.cpp).
+bool private_network();
 
 // 127.x.y.z derived from the running test's full name (and `salt`, for a
 // second server in one test), so that tests never share an address.
@@ -33,34 +31,25 @@ public:
     responder(const responder&) = delete;
     responder& operator=(const responder&) = delete;
 
-    // False when port 53 could not be bound; error() says why.
-    bool ready() const { return fd_ >= 0; }
+    bool ready() const { return fd_ >= 0; }  // false when port 53 could not be bound; error() says why
     const std::string& error() const { return error_; }
     const std::string& address() const { return address_; }
-
-    // Every query received so far, in order. Waits first until no datagram
-    // is left unread, so a query sent just before is among them.
+    // Every query received so far, in order, once no datagram is left unread.
     std::vector<datagram> queries() const;
-    // Replies that the socket refused (too long, say).
-    std::size_t failed_sends() const;
 
 private:
     void serve();
-    void settle() const;
 
     reply_handler handler_;
-    std::string address_;
-    std::string error_;
+    std::string address_, error_;
     int fd_ = -1;
     std::atomic<bool> stopping_{false};
     mutable std::mutex mutex_;
     bool busy_ = false;
     std::vector<datagram> queries_;
-    std::size_t failed_sends_ = 0;
     std::thread thread_;
 };
 
-// A handler that never answers.
 inline reply_handler silent() {
     return [](const datagram&) { return std::vector<datagram>{}; };
 }
