@@ -1,5 +1,7 @@
 #include "dns/name_decoder.h"
 
+#include <cstring>
+
 #include "dns/wire_reader.h"
 
 namespace {
@@ -26,6 +28,17 @@ std::uint32_t read_name(const std::uint8_t* message, std::int32_t length, std::u
     std::uint32_t consumed = 0;
     bool jumped = false;
 
+    // The walk notes where each label lies; the text is made in one piece
+    // afterwards, so a name costs one sized string instead of growing it
+    // label by label. There can be no more labels than steps.
+    struct label_at {
+        std::uint32_t pos;
+        std::uint8_t size;
+    };
+    label_at labels[max_steps];
+    std::size_t label_count = 0;
+    std::size_t text_size = 0;
+
     for (int steps = max_steps; steps > 0; --steps) {
         if (pos >= end) return 0;
         const std::uint8_t b = wire.byte_at(pos);
@@ -38,13 +51,20 @@ std::uint32_t read_name(const std::uint8_t* message, std::int32_t length, std::u
             jumped = true;
             pos = target;
         } else if (b == 0) {
+            out.resize(text_size);
+            char* text = out.data();
+            for (std::size_t i = 0; i < label_count; ++i) {
+                std::memcpy(text, wire.data() + labels[i].pos, labels[i].size);
+                text += labels[i].size;
+                *text++ = '.';
+            }
             return jumped ? consumed : consumed + 1;
         } else {
             // Lengths of 64 to 191 are taken as they stand, not as other label forms.
             if (pos + b >= end) return 0;
             if (!jumped) consumed += b + 1u;
-            out.append(reinterpret_cast<const char*>(wire.data() + pos + 1), b);
-            out.push_back('.');
+            labels[label_count++] = {static_cast<std::uint32_t>(pos + 1), b};
+            text_size += b + 1u;
             pos += b + 1u;
         }
     }

@@ -44,6 +44,8 @@ std::string make_packet_id() {
 bool encode_name(std::string_view text, byte_list& out) {
     out.clear();
     if (text.empty()) return false;
+    // A length byte per label stands for its dot; one more for the root.
+    out.reserve(text.size() + 2);
     // The labels are the non-empty stretches between dots: leading, doubled
     // and trailing dots add nothing.
     std::size_t start = 0;
@@ -65,7 +67,8 @@ bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
     const std::string id_text = make_packet_id();
     const auto id = static_cast<std::uint16_t>((id_text[0] - '0') * 10 + (id_text[1] - '0'));
 
-    byte_list qname;
+    // Kept from query to query: a list of names builds no QNAME from scratch.
+    thread_local byte_list qname;
     bool encoded = false;
     if (type <= 16 && ((name_path_types >> type) & 1u) != 0) {
         encoded = encode_name(text, qname);
@@ -75,19 +78,21 @@ bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
     if (!encoded) return false;
 
     // ID low byte first, RD set, one question, nothing else.
-    byte_list message{static_cast<std::uint8_t>(id & 0xff),
-                      static_cast<std::uint8_t>(id >> 8),
-                      0x01,
-                      0x00,
-                      0x00,
-                      0x01,
-                      0x00,
-                      0x00,
-                      0x00,
-                      0x00,
-                      0x00,
-                      0x00};
+    const std::uint8_t header[header_size] = {static_cast<std::uint8_t>(id & 0xff),
+                                              static_cast<std::uint8_t>(id >> 8),
+                                              0x01,
+                                              0x00,
+                                              0x00,
+                                              0x01,
+                                              0x00,
+                                              0x00,
+                                              0x00,
+                                              0x00,
+                                              0x00,
+                                              0x00};
+    byte_list message;
     message.reserve(header_size + qname.size() + 4);
+    message.insert(message.end(), header, header + header_size);
     message.insert(message.end(), qname.begin(), qname.end());
     message.push_back(static_cast<std::uint8_t>((type >> 8) & 0xff));
     message.push_back(static_cast<std::uint8_t>(type & 0xff));

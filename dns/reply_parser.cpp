@@ -1,7 +1,5 @@
 #include "dns/reply_parser.h"
 
-#include <utility>
-
 #include "dns/name_decoder.h"
 #include "dns/wire_reader.h"
 
@@ -26,10 +24,14 @@ bool read_section(const reply_context& reply, section kind, std::uint16_t count,
                   std::uint32_t& offset, std::vector<dns_entry>& list) {
     const std::size_t length = reply.wire.length();
     for (std::uint16_t n = 0; n < count && offset < length; ++n) {
-        dns_entry entry;
+        // Decoded in its place in the list; taken out again if it fails.
+        dns_entry& entry = list.emplace_back();
         const std::uint32_t name_size =
             read_name(reply.wire.data(), static_cast<std::int32_t>(length), offset, entry.query);
-        if (name_size == 0) return false;
+        if (name_size == 0) {
+            list.pop_back();
+            return false;
+        }
         offset += name_size;
         // A record cut off in its fixed fields reads zeros for what is missing;
         // the RDATA bound below then catches it outside the question section.
@@ -41,7 +43,10 @@ bool read_section(const reply_context& reply, section kind, std::uint16_t count,
             entry.data_length = reply.wire.u16_at(offset + 4);
             offset += 6;
             entry.data_offset = offset;
-            if (std::size_t{entry.data_offset} + entry.data_length > length) return false;
+            if (std::size_t{entry.data_offset} + entry.data_length > length) {
+                list.pop_back();
+                return false;
+            }
             entry.has_raw_data = kind == section::answer;
             offset += entry.data_length;
         }
@@ -49,7 +54,6 @@ bool read_section(const reply_context& reply, section kind, std::uint16_t count,
         entry.query_time = reply.time_stamp;
         entry.packet_id = reply.id;
         entry.packet = reply.message;
-        list.push_back(std::move(entry));
     }
     return true;
 }

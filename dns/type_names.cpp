@@ -30,9 +30,21 @@ constexpr std::array<type_word, 61> type_words{{
 constexpr bool by_number(const type_word& a, const type_word& b) { return a.type < b.type; }
 static_assert(std::is_sorted(type_words.begin(), type_words.end(), by_number));
 
+// The words of types below 256 by direct index: a report row asks for one
+// each, and nearly all types are there.
+constexpr std::size_t direct_count = 256;
+constexpr std::array<std::string_view, direct_count> direct_words = [] {
+    std::array<std::string_view, direct_count> words{};
+    words.fill("unk");
+    for (const type_word& entry : type_words)
+        if (entry.type < direct_count) words[entry.type] = entry.word;
+    return words;
+}();
+
 }  // namespace
 
 std::string_view record_type_name(std::uint16_t type) {
+    if (type < direct_count) return direct_words[type];
     const auto* found = std::lower_bound(
         type_words.begin(), type_words.end(), type,
         [](const type_word& entry, std::uint16_t value) { return entry.type < value; });

@@ -1,17 +1,17 @@
 #include "report/cells.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
+#include <utility>
 
 #include "dns/name_decoder.h"
 #include "dns/reply_parser.h"
+#include "timefmt/formats.h"
+#include "timefmt/time_parts.h"
 
 namespace cells {
 
 namespace {
-
-constexpr char hex_digits[] = "0123456789abcdef";
 
 // The decoders take the message length as a signed 32-bit count.
 std::int32_t packet_length(const dns_entry& entry) {
@@ -21,53 +21,21 @@ std::int32_t packet_length(const dns_entry& entry) {
 
 }  // namespace
 
+void row_text::grow(std::size_t count) {
+    // Doubling keeps a long hex cell from growing the row many times.
+    std::size_t capacity = capacity_ * 2;
+    if (capacity - used_ < count) capacity = used_ + count;
+    std::unique_ptr<char[]> data(new char[capacity]);
+    std::memcpy(data.get(), data_.get(), used_);
+    data_ = std::move(data);
+    capacity_ = capacity;
+}
+
 std::span<const std::uint8_t> record_data(const dns_entry& entry) {
     std::span<const std::uint8_t> packet = entry.packet.bytes();
     if (entry.data_offset >= packet.size()) return {};
     return packet.subspan(entry.data_offset).first(
         std::min<std::size_t>(entry.data_length, packet.size() - entry.data_offset));
-}
-
-void write_number(uni::output_stream& out, std::uint64_t value, int base, std::size_t width,
-                  char pad) {
-    char digits[24];
-    auto end = std::to_chars(digits, digits + sizeof digits, value, base).ptr;
-    std::size_t size = static_cast<std::size_t>(end - digits);
-    if (size < width) out.fill(pad, width - size);
-    out.write(digits, size);
-}
-
-void write_left(uni::output_stream& out, std::string_view text, std::size_t width) {
-    out.write(text);
-    if (text.size() < width) out.fill(' ', width - text.size());
-}
-
-void write_right(uni::output_stream& out, std::string_view text, std::size_t width) {
-    if (text.size() < width) out.fill(' ', width - text.size());
-    out.write(text);
-}
-
-void write_hex_bytes(uni::output_stream& out, std::span<const std::uint8_t> bytes) {
-    // In chunks through a stack buffer: one stream call per 64 bytes.
-    char chunk[64 * 3];
-    std::size_t used = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i != 0) chunk[used++] = ' ';
-        chunk[used++] = hex_digits[bytes[i] >> 4];
-        chunk[used++] = hex_digits[bytes[i] & 0xf];
-        if (used > sizeof chunk - 3) {
-            out.write(chunk, used);
-            used = 0;
-        }
-    }
-    out.write(chunk, used);
-}
-
-void write_ipv4(uni::output_stream& out, std::span<const std::uint8_t, 4> bytes) {
-    for (std::size_t i = 0; i < 4; ++i) {
-        if (i != 0) out.put('.');
-        write_number(out, bytes[i]);
-    }
 }
 
 bool read_packet_name(const dns_entry& entry, std::uint32_t offset, std::string& name) {
@@ -81,6 +49,24 @@ bool read_packet_name(const dns_entry& entry, std::uint32_t offset, std::string&
 bool read_packet_soa(const dns_entry& entry, soa_data& soa) {
     if (entry.packet.empty() || entry.data_offset >= entry.packet.size()) return false;
     return read_soa(entry.packet.data(), packet_length(entry), entry.data_offset, soa);
+}
+
+date_time_texts render_instant(std::uint64_t ticks, std::uint32_t format_word) {
+    struct kept_texts {
+        std::uint64_t ticks = 0;
+        std::uint32_t word = 0;
+        bool filled = false;
+        std::string date;
+        std::string time;
+    };
+    thread_local kept_texts kept;
+    if (!kept.filled || kept.ticks != ticks || kept.word != format_word) {
+        render_date_time(kept.date, kept.time, time_parts(ticks), format_word);
+        kept.ticks = ticks;
+        kept.word = format_word;
+        kept.filled = true;
+    }
+    return {kept.date, kept.time};
 }
 
 }  // namespace cells

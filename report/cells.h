@@ -1,9 +1,13 @@
 #pragma once
-// Pieces of a report cell shared by the text and XML writers. Everything is
-// written straight into the stream from stack buffers: a row allocates nothing.
+// Pieces of a report cell shared by the text and XML writers. A row is put
+// together in a row_text and handed to the stream in one piece; the writers
+// below take either sink. Nothing here allocates once the row has grown to
+// the longest row of the run.
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,24 +17,155 @@
 
 namespace cells {
 
+// Copies a short piece in whole words: a row is made of many pieces of a
+// few bytes, where a call to memcpy would cost more than the copy. Reads
+// stay inside [from, from + count); the words may overlap.
+inline void copy_bytes(char* to, const char* from, std::size_t count) {
+    if (count > 16) {
+        std::memcpy(to, from, count);
+    } else if (count >= 8) {
+        std::memcpy(to, from, 8);
+        std::memcpy(to + count - 8, from + count - 8, 8);
+    } else if (count >= 4) {
+        std::memcpy(to, from, 4);
+        std::memcpy(to + count - 4, from + count - 4, 4);
+    } else if (count >= 2) {
+        std::memcpy(to, from, 2);
+        std::memcpy(to + count - 2, from + count - 2, 2);
+    } else if (count == 1) {
+        *to = *from;
+    }
+}
+
+// One report row in memory. It takes text as it is: the stream that gets
+// the whole row applies its LF rule then, to every byte alike.
+class row_text {
+public:
+    row_text() : data_(new char[initial_capacity]), capacity_(initial_capacity) {}
+
+    void clear() { used_ = 0; }
+    std::string_view view() const { return {data_.get(), used_}; }
+
+    void write(std::string_view text) {
+        copy_bytes(room(text.size()), text.data(), text.size());
+        used_ += text.size();
+    }
+    void write_plain(std::string_view text) { write(text); }
+    void put(char c) {
+        *room(1) = c;
+        ++used_;
+    }
+    // Padding is set in whole words of the slack's size; the row moves on by count.
+    void fill(char c, std::size_t count) {
+        char* at = room(count);
+        for (std::size_t done = 0; done < count; done += slack) std::memset(at + done, c, slack);
+        used_ += count;
+    }
+
+private:
+    static constexpr std::size_t initial_capacity = 512;
+    // Room kept behind every piece for the whole-word padding.
+    static constexpr std::size_t slack = 16;
+
+    char* room(std::size_t count) {
+        if (capacity_ - used_ < count + slack) grow(count + slack);
+        return data_.get() + used_;
+    }
+    void grow(std::size_t count);
+
+    std::unique_ptr<char[]> data_;
+    std::size_t capacity_;
+    std::size_t used_ = 0;
+};
+
 // The record's data inside its packet: data_length bytes from data_offset,
 // clipped to the packet so that no cell can read past it.
 std::span<const std::uint8_t> record_data(const dns_entry& entry);
 
 // Unsigned number in base 10 or 16 (lower case), right-aligned in `width`
 // with `pad`. Never cut.
-void write_number(uni::output_stream& out, std::uint64_t value, int base = 10,
-                  std::size_t width = 0, char pad = ' ');
+template <class Sink>
+void write_number(Sink& out, std::uint64_t value, int base = 10, std::size_t width = 0,
+                  char pad = ' ') {
+    // Digits from the last one backwards; base 16 in lower case.
+    constexpr char hex_digits[] = "0123456789abcdef";
+    char digits[24];
+    char* first = digits + sizeof digits;
+    if (base == 16) {
+        do {
+            *--first = hex_digits[value & 0xf];
+            value >>= 4;
+        } while (value != 0);
+    } else {
+        do {
+            *--first = static_cast<char>('0' + value % 10);
+            value /= 10;
+        } while (value != 0);
+    }
+    const auto size = static_cast<std::size_t>(digits + sizeof digits - first);
+    if (size < width) out.fill(pad, width - size);
+    out.write_plain(std::string_view(first, size));
+}
 
 // Text padded with blanks on the right, or on the left, to `width`.
-void write_left(uni::output_stream& out, std::string_view text, std::size_t width);
-void write_right(uni::output_stream& out, std::string_view text, std::size_t width);
+template <class Sink>
+void write_left(Sink& out, std::string_view text, std::size_t width) {
+    out.write(text);
+    if (text.size() < width) out.fill(' ', width - text.size());
+}
+template <class Sink>
+void write_right(Sink& out, std::string_view text, std::size_t width) {
+    if (text.size() < width) out.fill(' ', width - text.size());
+    out.write(text);
+}
+
+// The same for text that holds no LF: the tool's own words, dates, times.
+template <class Sink>
+void write_word_left(Sink& out, std::string_view text, std::size_t width) {
+    out.write_plain(text);
+    if (text.size() < width) out.fill(' ', width - text.size());
+}
+template <class Sink>
+void write_word_right(Sink& out, std::string_view text, std::size_t width) {
+    if (text.size() < width) out.fill(' ', width - text.size());
+    out.write_plain(text);
+}
 
 // Each byte as two lower-case hex digits, joined by one blank.
-void write_hex_bytes(uni::output_stream& out, std::span<const std::uint8_t> bytes);
+template <class Sink>
+void write_hex_bytes(Sink& out, std::span<const std::uint8_t> bytes) {
+    constexpr char hex_digits[] = "0123456789abcdef";
+    // In chunks through a stack buffer: one sink call per 64 bytes.
+    char chunk[64 * 3];
+    std::size_t used = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i != 0) chunk[used++] = ' ';
+        chunk[used++] = hex_digits[bytes[i] >> 4];
+        chunk[used++] = hex_digits[bytes[i] & 0xf];
+        if (used > sizeof chunk - 3) {
+            out.write_plain(std::string_view(chunk, used));
+            used = 0;
+        }
+    }
+    out.write_plain(std::string_view(chunk, used));
+}
 
 // Four bytes in decimal joined by ".".
-void write_ipv4(uni::output_stream& out, std::span<const std::uint8_t, 4> bytes);
+template <class Sink>
+void write_ipv4(Sink& out, std::span<const std::uint8_t, 4> bytes) {
+    // At most 15 characters, written in one piece (the buffer is larger
+    // only so that no compiler takes the copy for an overrun).
+    char text[32];
+    char* p = text;
+    for (std::size_t i = 0; i < 4; ++i) {
+        if (i != 0) *p++ = '.';
+        const unsigned byte = bytes[i];
+        if (byte >= 100) *p++ = static_cast<char>('0' + byte / 100);
+        if (byte >= 10) *p++ = static_cast<char>('0' + byte / 10 % 10);
+        *p++ = static_cast<char>('0' + byte % 10);
+    }
+    out.write_plain(std::string_view(text, static_cast<std::size_t>(p - text)));
+}
 
 // The name at `offset` of the entry's packet into `name`. False, with `name`
 // empty, if it can't be read.
@@ -38,5 +173,14 @@ bool read_packet_name(const dns_entry& entry, std::uint32_t offset, std::string&
 
 // read_soa on the entry's packet at its data_offset.
 bool read_packet_soa(const dns_entry& entry, soa_data& soa);
+
+// Date and time texts of an instant in the format word. The rows of one
+// reply share one instant, so the texts of the last instant are kept and
+// serve again; the views hold until the next call.
+struct date_time_texts {
+    std::string_view date;
+    std::string_view time;
+};
+date_time_texts render_instant(std::uint64_t ticks, std::uint32_t format_word);
 
 }  // namespace cells

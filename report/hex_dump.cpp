@@ -1,16 +1,40 @@
 #include "report/hex_dump.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
 constexpr char hex_digits[] = "0123456789abcdef";
 constexpr std::size_t row_bytes = 16;
+
+// The two digits of every byte value, looked up instead of worked out.
+constexpr std::array<char, 512> hex_pairs = [] {
+    std::array<char, 512> pairs{};
+    for (std::size_t value = 0; value < 256; ++value) {
+        pairs[2 * value] = hex_digits[value >> 4];
+        pairs[2 * value + 1] = hex_digits[value & 0xf];
+    }
+    return pairs;
+}();
+// The text column: printable ASCII as it is, every other byte as ".".
+constexpr std::array<char, 256> shown_chars = [] {
+    std::array<char, 256> chars{};
+    for (std::size_t value = 0; value < 256; ++value)
+        chars[value] = value >= 32 && value <= 126 ? static_cast<char>(value) : '.';
+    return chars;
+}();
 constexpr std::size_t hex_part_width = 49;  // 16 bytes of "xx " and the middle gap
 
+// Four hex digits of the low 16 bits.
 char* put_group(char* p, std::uint64_t value) {
-    for (int shift = 12; shift >= 0; shift -= 4) *p++ = hex_digits[(value >> shift) & 0xf];
-    return p;
+    const char* high = hex_pairs.data() + 2 * ((value >> 8) & 0xff);
+    const char* low = hex_pairs.data() + 2 * (value & 0xff);
+    p[0] = high[0];
+    p[1] = high[1];
+    p[2] = low[0];
+    p[3] = low[1];
+    return p + 4;
 }
 
 // Two groups of four digits; offsets above 4 GiB get one or two groups more.
@@ -45,17 +69,19 @@ void dump_row(uni::output_stream& out, std::span<const std::uint8_t> bytes, std:
     *p++ = ' ';
     char* hex_start = p;
     for (std::size_t i = 0; i < count; ++i) {
-        if (i != 0 && i % 8 == 0) *p++ = ' ';
-        *p++ = hex_digits[row[i] >> 4];
-        *p++ = hex_digits[row[i] & 0xf];
-        *p++ = ' ';
+        if (i == 8) *p++ = ' ';
+        const char* pair = hex_pairs.data() + 2 * row[i];
+        p[0] = pair[0];
+        p[1] = pair[1];
+        p[2] = ' ';
+        p += 3;
     }
     // Fill to the full width so the text column always starts in one place.
     while (p < hex_start + hex_part_width) *p++ = ' ';
     *p++ = ' ';
-    for (std::size_t i = 0; i < count; ++i)
-        *p++ = row[i] >= 32 && row[i] <= 126 ? static_cast<char>(row[i]) : '.';
-    out.write(line, static_cast<std::size_t>(p - line));
+    for (std::size_t i = 0; i < count; ++i) *p++ = shown_chars[row[i]];
+    // Printable bytes only: no LF to translate.
+    out.write_plain(std::string_view(line, static_cast<std::size_t>(p - line)));
 }
 
 void dump_rows(uni::output_stream& out, std::span<const std::uint8_t> bytes, std::size_t count) {

@@ -9,7 +9,7 @@ namespace uni {
 output_stream::output_stream(std::size_t buffer_size)
     : buffer_(new char[buffer_size < 2 ? 2 : buffer_size]), capacity_(buffer_size < 2 ? 2 : buffer_size) {}
 
-void output_stream::write(std::string_view text) {
+void output_stream::write_lines(std::string_view text) {
     while (!text.empty() && !failed_) {
         // Copy the run up to the next LF in one piece; the LF becomes CR LF.
         std::size_t lf = text.find('\n');
@@ -31,14 +31,14 @@ void output_stream::write(std::string_view text) {
     }
 }
 
-void output_stream::put(char c) {
+void output_stream::put_slow(char c) {
     if (c == '\n') put_raw('\r');
     put_raw(c);
 }
 
-void output_stream::fill(char c, std::size_t count) {
+void output_stream::fill_slow(char c, std::size_t count) {
     if (c == '\n') {
-        while (count-- > 0) put(c);
+        while (count-- > 0) put_slow(c);
         return;
     }
     while (count > 0 && !failed_) {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -18,11 +19,42 @@ public:
     output_stream(const output_stream&) = delete;
     output_stream& operator=(const output_stream&) = delete;
 
-    void write(std::string_view text);
+    // The short pieces of a row take the inline paths: room in the buffer
+    // and no LF to translate. A piece never fills the buffer to its last
+    // byte there, so blocks leave exactly as they would byte by byte.
+    void write(std::string_view text) {
+        if (text.size() < capacity_ - used_ && !failed_ &&
+            (text.empty() || std::memchr(text.data(), '\n', text.size()) == nullptr)) {
+            copy_in(text.data(), text.size());
+            return;
+        }
+        write_lines(text);
+    }
     void write(const char* bytes, std::size_t count) { write(std::string_view(bytes, count)); }
-    void put(char c);
+    // Text known to hold no LF (digits, fixed words): no scan.
+    void write_plain(std::string_view text) {
+        if (text.size() < capacity_ - used_ && !failed_) {
+            copy_in(text.data(), text.size());
+            return;
+        }
+        write_lines(text);
+    }
+    void put(char c) {
+        if (c != '\n' && used_ + 1 < capacity_ && !failed_) {
+            buffer_[used_++] = c;
+            return;
+        }
+        put_slow(c);
+    }
     // `count` copies of `c` (padding of a cell).
-    void fill(char c, std::size_t count);
+    void fill(char c, std::size_t count) {
+        if (c != '\n' && count < capacity_ - used_ && !failed_) {
+            std::memset(buffer_.get() + used_, c, count);
+            used_ += count;
+            return;
+        }
+        fill_slow(c, count);
+    }
     // A line feed, then the stream's flush.
     void end_line();
     // Hands every buffered byte on now. False once the stream has failed.
@@ -37,6 +69,15 @@ protected:
     virtual bool write_bytes(const char* bytes, std::size_t count) = 0;
 
 private:
+    void copy_in(const char* bytes, std::size_t count) {
+        if (count != 0) std::memcpy(buffer_.get() + used_, bytes, count);
+        used_ += count;
+    }
+    // The general paths: line ends translated, the buffer handed on when full.
+    void write_lines(std::string_view text);
+    void put_slow(char c);
+    void fill_slow(char c, std::size_t count);
+
     // A full buffer is handed on at once, so a block leaves with its last byte.
     void put_raw(char c) {
         if (failed_) return;

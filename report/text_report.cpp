@@ -55,25 +55,26 @@ line_layout make_layout(const input_params& params) {
     return layout;
 }
 
-void write_separator(uni::output_stream& out, const line_layout& layout, std::size_t column) {
+template <class Sink>
+void write_separator(Sink& out, const line_layout& layout, std::size_t column) {
     out.write(layout.separator);
-    if (column == date_column) out.write(layout.pair_gap);
+    if (column == date_column) out.write_plain(layout.pair_gap);
 }
 
 void write_header(uni::output_stream& out, const line_layout& layout) {
     for (std::size_t column = 0; column < column_count; ++column) {
         if (column + 1 == column_count) {
-            out.write(header_words[column]);
+            out.write_plain(header_words[column]);
             break;
         }
-        cells::write_left(out, header_words[column], layout.widths[column]);
+        cells::write_word_left(out, header_words[column], layout.widths[column]);
         write_separator(out, layout, column);
     }
     out.end_line();
 }
 
 // AAAA in full: every group written, zero runs not folded.
-void write_ipv6_groups(uni::output_stream& out, std::span<const std::uint8_t> data) {
+void write_ipv6_groups(cells::row_text& out, std::span<const std::uint8_t> data) {
     for (std::size_t i = 0; i + 1 < data.size(); i += 2) {
         if (i != 0) out.put(':');
         cells::write_number(out, (unsigned{data[i]} << 8) | data[i + 1], 16);
@@ -81,16 +82,34 @@ void write_ipv6_groups(uni::output_stream& out, std::span<const std::uint8_t> da
 }
 
 // TXT as it stands; only CR and LF become blanks so the row stays one line.
-void write_txt(uni::output_stream& out, std::span<const std::uint8_t> data) {
+void write_txt(cells::row_text& out, std::span<const std::uint8_t> data) {
     const char* text = reinterpret_cast<const char*>(data.data());
     std::size_t run_start = 0;
     for (std::size_t i = 0; i < data.size(); ++i) {
         if (text[i] != '\r' && text[i] != '\n') continue;
-        out.write(text + run_start, i - run_start);
+        out.write_plain(std::string_view(text + run_start, i - run_start));
         out.put(' ');
         run_start = i + 1;
     }
-    out.write(text + run_start, data.size() - run_start);
+    out.write_plain(std::string_view(text + run_start, data.size() - run_start));
+}
+
+// SOA names are written up to a zero byte they may hold.
+std::string_view up_to_zero(const std::string& text) {
+    return std::string_view(text).substr(0, text.find('\0'));
+}
+
+template <class Sink>
+void write_soa_fields(const soa_data& soa, Sink& out, std::string_view gap) {
+    out.write(up_to_zero(soa.domain_name));
+    out.write(gap);
+    out.write(up_to_zero(soa.admin_mailbox));
+    for (std::uint32_t value :
+         {soa.serial_num, soa.refresh_sec, soa.retry_sec, soa.expire_sec, soa.min_sec}) {
+        out.write(gap);
+        out.write_plain("0x");
+        cells::write_number(out, value, 16, 8, '0');
+    }
 }
 
 // Decoded names and SOA fields, kept between rows so a row allocates nothing.
@@ -104,7 +123,7 @@ data_scratch& scratch() {
     return instance;
 }
 
-void write_mx(uni::output_stream& out, const dns_entry& entry, std::span<const std::uint8_t> data,
+void write_mx(cells::row_text& out, const dns_entry& entry, std::span<const std::uint8_t> data,
               std::string_view list_gap) {
     // No whole preference: nothing to translate.
     if (data.size() < 2) {
@@ -120,9 +139,9 @@ void write_mx(uni::output_stream& out, const dns_entry& entry, std::span<const s
         cells::write_hex_bytes(out, data);
 }
 
-void write_data_cell(uni::output_stream& out, const dns_entry& entry, std::string_view list_gap) {
+void write_data_cell(cells::row_text& out, const dns_entry& entry, std::string_view list_gap) {
     if (entry.data_length == 0) {
-        out.write("  <none>");
+        out.write_plain("  <none>");
         return;
     }
     std::span<const std::uint8_t> data = cells::record_data(entry);
@@ -150,7 +169,7 @@ void write_data_cell(uni::output_stream& out, const dns_entry& entry, std::strin
         return;
     case 6:  // SOA
         if (soa_data& soa = scratch().soa; cells::read_packet_soa(entry, soa))
-            write_soa_text(soa, out, list_gap);
+            write_soa_fields(soa, out, list_gap);
         else
             cells::write_hex_bytes(out, data);
         return;
@@ -164,40 +183,16 @@ void write_data_cell(uni::output_stream& out, const dns_entry& entry, std::strin
     }
 }
 
-// SOA names are written up to a zero byte they may hold.
-std::string_view up_to_zero(const std::string& text) {
-    return std::string_view(text).substr(0, text.find('\0'));
+// The row is put together here and goes to the stream in one piece.
+cells::row_text& row_scratch() {
+    thread_local cells::row_text row;
+    return row;
 }
 
-}  // namespace
-
-void write_soa_text(const soa_data& soa, uni::output_stream& out, std::string_view gap) {
-    out.write(up_to_zero(soa.domain_name));
-    out.write(gap);
-    out.write(up_to_zero(soa.admin_mailbox));
-    for (std::uint32_t value :
-         {soa.serial_num, soa.refresh_sec, soa.retry_sec, soa.expire_sec, soa.min_sec}) {
-        out.write(gap);
-        out.write("0x");
-        cells::write_number(out, value, 16, 8, '0');
-    }
-}
-
-void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_view comment,
-                      std::string_view status, input_params& params) {
-    const line_layout layout = make_layout(params);
-    if (params.show_header) {
-        write_header(out, layout);
-        params.show_header = false;
-    }
-    // The only guard against a separator inside a value.
-    if (params.clash_char != 0)
-        std::replace(entry.query.begin(), entry.query.end(), params.clash_char, params.clash_subst);
-
-    thread_local std::string date_text;
-    thread_local std::string time_text;
-    render_date_time(date_text, time_text, time_parts(entry.query_time), params.format_word);
-
+// All cells of one row, without its line end.
+void write_cells(cells::row_text& out, const dns_entry& entry, std::string_view comment,
+                 std::string_view status, const line_layout& layout,
+                 const cells::date_time_texts& when) {
     const auto& w = layout.widths;
     cells::write_left(out, entry.query, w[0]);
     write_separator(out, layout, 0);
@@ -209,13 +204,13 @@ void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_vie
     write_separator(out, layout, 3);
     cells::write_right(out, entry.dns_server, w[4]);
     write_separator(out, layout, 4);
-    cells::write_left(out, date_text, w[5]);
+    cells::write_word_left(out, when.date, w[5]);
     write_separator(out, layout, 5);
-    cells::write_left(out, time_text, w[6]);
+    cells::write_word_left(out, when.time, w[6]);
     write_separator(out, layout, 6);
     cells::write_number(out, entry.dns_type, 10, w[7]);
     write_separator(out, layout, 7);
-    cells::write_right(out, record_type_name(entry.dns_type), w[8]);
+    cells::write_word_right(out, record_type_name(entry.dns_type), w[8]);
     write_separator(out, layout, 8);
     cells::write_number(out, entry.dns_class, 10, w[9]);
     write_separator(out, layout, 9);
@@ -224,5 +219,31 @@ void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_vie
     cells::write_number(out, entry.data_length, 10, w[11]);
     write_separator(out, layout, 11);
     write_data_cell(out, entry, layout.list_gap);
+}
+
+}  // namespace
+
+void write_soa_text(const soa_data& soa, uni::output_stream& out, std::string_view gap) {
+    write_soa_fields(soa, out, gap);
+}
+
+void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_view comment,
+                      std::string_view status, input_params& params) {
+    const line_layout layout = make_layout(params);
+    if (params.show_header) {
+        write_header(out, layout);
+        params.show_header = false;
+    }
+    // The only guard against a separator inside a value.
+    if (params.clash_char != 0 && entry.query.find(params.clash_char) != std::string::npos)
+        std::replace(entry.query.begin(), entry.query.end(), params.clash_char, params.clash_subst);
+
+    const cells::date_time_texts when = cells::render_instant(entry.query_time, params.format_word);
+
+    cells::row_text& row = row_scratch();
+    row.clear();
+    write_cells(row, entry, comment, status, layout, when);
+    out.write(row.view());
     out.end_line();
 }
+

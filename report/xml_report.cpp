@@ -14,8 +14,6 @@ namespace {
 
 // Decoded texts kept between rows so a row allocates nothing.
 struct xml_scratch {
-    std::string date_text;
-    std::string time_text;
     std::string text;
     soa_data soa;
 };
@@ -25,14 +23,20 @@ xml_scratch& scratch() {
     return instance;
 }
 
-void write_element(uni::output_stream& out, std::string_view open, std::string_view value,
+// The row is put together here and goes to the stream in one piece.
+cells::row_text& row_scratch() {
+    thread_local cells::row_text row;
+    return row;
+}
+
+void write_element(cells::row_text& out, std::string_view open, std::string_view value,
                    std::string_view close) {
     out.write(open);
     out.write(value);
     out.write(close);
 }
 
-void write_number_element(uni::output_stream& out, std::string_view open, std::uint64_t value,
+void write_number_element(cells::row_text& out, std::string_view open, std::uint64_t value,
                           std::string_view close) {
     out.write(open);
     cells::write_number(out, value);
@@ -40,13 +44,13 @@ void write_number_element(uni::output_stream& out, std::string_view open, std::u
 }
 
 // An attribute of translated_data; its opener carries the blank in front.
-void write_attribute(uni::output_stream& out, std::string_view opener, std::string_view value) {
+void write_attribute(cells::row_text& out, std::string_view opener, std::string_view value) {
     out.write(opener);
     out.write(value);
     out.put('"');
 }
 
-void write_soa_attributes(uni::output_stream& out, const soa_data& soa) {
+void write_soa_attributes(cells::row_text& out, const soa_data& soa) {
     write_attribute(out, " domain_name=\"", soa.domain_name);
     write_attribute(out, " admin_mailbox=\"", soa.admin_mailbox);
     out.write(" serial_num=\"0x");
@@ -64,7 +68,7 @@ void write_soa_attributes(uni::output_stream& out, const soa_data& soa) {
     }
 }
 
-void write_mx_attributes(uni::output_stream& out, const dns_entry& entry) {
+void write_mx_attributes(cells::row_text& out, const dns_entry& entry) {
     // The preference is read from the packet, so a record cut short after
     // one byte never reads past the message (what is missing reads 0).
     wire_reader packet(entry.packet.data(), entry.packet.size());
@@ -77,7 +81,7 @@ void write_mx_attributes(uni::output_stream& out, const dns_entry& entry) {
 }
 
 // The start tag of translated_data: attributes only, by record type.
-void write_translated_data(uni::output_stream& out, const dns_entry& entry,
+void write_translated_data(cells::row_text& out, const dns_entry& entry,
                            std::span<const std::uint8_t> data) {
     out.write("<translated_data ");
     switch (entry.dns_type) {
@@ -120,30 +124,31 @@ void write_translated_data(uni::output_stream& out, const dns_entry& entry,
 
 void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const input_params& params,
                      std::string_view status) {
-    xml_scratch& texts = scratch();
-    render_date_time(texts.date_text, texts.time_text, time_parts(entry.query_time),
-                     params.format_word);
+    const cells::date_time_texts when = cells::render_instant(entry.query_time, params.format_word);
     std::span<const std::uint8_t> data = cells::record_data(entry);
 
     // Nothing is escaped: names go out as the bytes the server sent.
-    write_element(out, "<data_entry><query>", entry.query, "</query>");
-    write_element(out, "<status>", status, "</status>");
-    out.write("<packet_id>");
-    cells::write_number(out, entry.packet_id, 16, 4, '0');
-    out.write("</packet_id>");
-    write_element(out, "<dns_server>", entry.dns_server, "</dns_server>");
-    write_element(out, "<query_date_utc>", texts.date_text, "</query_date_utc>");
-    write_element(out, "<query_time_utc>", texts.time_text, "</query_time_utc>");
-    write_number_element(out, "<dns_type>", entry.dns_type, "</dns_type>");
-    write_element(out, "<dns_type_name>", record_type_name(entry.dns_type), "</dns_type_name>");
-    write_number_element(out, "<dns_class>", entry.dns_class, "</dns_class>");
-    write_number_element(out, "<ttl_secs>", entry.ttl_secs, "</ttl_secs>");
-    write_number_element(out, "<data_length>", entry.data_length, "</data_length>");
-    out.write("<raw_data_hex>");
-    cells::write_hex_bytes(out, data);
-    out.write("</raw_data_hex>");
-    write_translated_data(out, entry, data);
-    out.write("</data_entry>");
+    cells::row_text& row = row_scratch();
+    row.clear();
+    write_element(row, "<data_entry><query>", entry.query, "</query>");
+    write_element(row, "<status>", status, "</status>");
+    row.write("<packet_id>");
+    cells::write_number(row, entry.packet_id, 16, 4, '0');
+    row.write("</packet_id>");
+    write_element(row, "<dns_server>", entry.dns_server, "</dns_server>");
+    write_element(row, "<query_date_utc>", when.date, "</query_date_utc>");
+    write_element(row, "<query_time_utc>", when.time, "</query_time_utc>");
+    write_number_element(row, "<dns_type>", entry.dns_type, "</dns_type>");
+    write_element(row, "<dns_type_name>", record_type_name(entry.dns_type), "</dns_type_name>");
+    write_number_element(row, "<dns_class>", entry.dns_class, "</dns_class>");
+    write_number_element(row, "<ttl_secs>", entry.ttl_secs, "</ttl_secs>");
+    write_number_element(row, "<data_length>", entry.data_length, "</data_length>");
+    row.write("<raw_data_hex>");
+    cells::write_hex_bytes(row, data);
+    row.write("</raw_data_hex>");
+    write_translated_data(row, entry, data);
+    row.write("</data_entry>");
+    out.write(row.view());
     out.end_line();
 }
 

@@ -1,7 +1,6 @@
 #include "timefmt/formats.h"
 
 #include <array>
-#include <charconv>
 
 namespace {
 
@@ -15,21 +14,39 @@ constexpr std::uint32_t default_word = '-' | fmt_bits::month_digits | fmt_bits::
 constexpr std::array<std::uint64_t, 10> powers_of_ten = {
     1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
 
+// A date or time text while it is put together: every report row has one
+// of each, so it is built on the stack and handed over in one piece.
+struct short_text {
+    std::array<char, 64> chars;
+    std::size_t size = 0;
+
+    // Room for any fields; a text that would not fit is cut, never overrun.
+    void push_back(char c) {
+        if (size < chars.size()) chars[size++] = c;
+    }
+    void append(std::string_view text) {
+        for (char c : text) push_back(c);
+    }
+};
+
 // Decimal digits of value, zero-filled on the left to at least `width`.
-void append_number(std::string& out, std::uint64_t value, std::size_t width) {
+void append_number(short_text& out, std::uint64_t value, std::size_t width) {
     std::array<char, 20> digits;
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-    const auto count = static_cast<std::size_t>(result.ptr - digits.data());
-    if (count < width) out.append(width - count, '0');
-    out.append(digits.data(), count);
+    std::size_t first = digits.size();
+    do {
+        digits[--first] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    for (std::size_t pad = digits.size() - first; pad < width; ++pad) out.push_back('0');
+    out.append(std::string_view(digits.data() + first, digits.size() - first));
 }
 
-void append_separator(std::string& out, char separator) {
+void append_separator(short_text& out, char separator) {
     if (separator != '\0') out.push_back(separator);
 }
 
 // Three fields joined by the separator.
-void append_date_fields(std::string& out, char separator, std::uint64_t first,
+void append_date_fields(short_text& out, char separator, std::uint64_t first,
                         std::size_t first_width, std::uint64_t second, std::size_t second_width,
                         std::uint64_t third, std::size_t third_width) {
     append_number(out, first, first_width);
@@ -39,7 +56,7 @@ void append_date_fields(std::string& out, char separator, std::uint64_t first,
     append_number(out, third, third_width);
 }
 
-void render_date(std::string& out, const time_parts& parts, std::uint32_t word) {
+void render_date(short_text& out, const time_parts& parts, std::uint32_t word) {
     const char separator = static_cast<char>(word & fmt_bits::separator_mask);
     const bool four_digit_year = (word & fmt_bits::year4) != 0;
     const std::uint64_t year = four_digit_year ? parts.year : parts.year % 100;
@@ -73,7 +90,7 @@ void render_date(std::string& out, const time_parts& parts, std::uint32_t word) 
     }
 }
 
-void render_time(std::string& out, const time_parts& parts, std::uint32_t word) {
+void render_time(short_text& out, const time_parts& parts, std::uint32_t word) {
     append_number(out, parts.hour, 2);
     out.push_back(':');
     append_number(out, parts.minute, 2);
@@ -178,6 +195,10 @@ void render_date_time(std::string& date_text, std::string& time_text, const time
     time_text.clear();
     if (!parts.valid) return;
     if (word == 0) word = default_word;
-    render_date(date_text, parts, word);
-    render_time(time_text, parts, word);
+    short_text date;
+    render_date(date, parts, word);
+    date_text.assign(date.chars.data(), date.size);
+    short_text time;
+    render_time(time, parts, word);
+    time_text.assign(time.chars.data(), time.size);
 }

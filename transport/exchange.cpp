@@ -17,6 +17,20 @@ std::uint16_t packet_id_of(const shared_packet& packet) {
     return static_cast<std::uint16_t>(low | (high << 8));
 }
 
+// inet_addr of the server's text. A run asks one server throughout, so the
+// value of the last text serves again (the conversion depends on the text alone).
+std::uint32_t server_address(const std::string& server_text) {
+    thread_local std::string last_text;
+    thread_local std::uint32_t last_address = 0;
+    thread_local bool known = false;
+    if (!known || server_text != last_text) {
+        last_address = os::ipv4_address(server_text.c_str());
+        last_text = server_text;
+        known = true;
+    }
+    return last_address;
+}
+
 }  // namespace
 
 udp_socket::udp_socket() { os::net_startup(); }
@@ -73,13 +87,15 @@ bool exchange_query(dns_result& result, dns_entry& query_entry, const std::strin
         query_entry.dns_server = server_text;
         if (socket.open()) {
             const std::size_t length = query_entry.packet.size();
-            const std::uint32_t address = os::ipv4_address(server_text.c_str());
+            const std::uint32_t address = server_address(server_text);
             result.sent_packet = query_entry.packet;
             if (socket.send_to(query_entry.packet.data(), length, address, dns_port)) {
                 result.sent_size = static_cast<std::uint32_t>(length);
                 result.recv_size = socket.receive_from(buffer.data(), timeout_secs);
             }
         }
+        // Closed here, so the destructor has no send side left to shut down.
+        socket.close();
     }
     if (result.recv_size == 0) return false;
 
