@@ -9,7 +9,7 @@ bin=${1:-build/vexa}
 if [ $# -eq 0 ]; then
   scripts/setup.sh
   cmake --preset default >/dev/null
-  cmake --build --preset default --target vexa >/dev/null
+  cmake --build --preset default --target vexa peak_rss >/dev/null
 fi
 export FORMS
 exec scripts/in-private-net.sh bash -c '
@@ -23,7 +23,7 @@ exec scripts/in-private-net.sh bash -c '
     awk -v n=$n "BEGIN { split(\"www mail shop missing ns1\", h, \" \"); for (i = 0; i < n; i++) print h[i % 5 + 1] \".demo.test\" }" > "$work/names-$n.txt"
     for form in ${FORMS:-padded}; do
       [ "$form" = padded ] && form=""
-      kib=$(python3 scripts/peak_rss.py "$work/names-$n.txt" "$0" -url_pipe -server 127.0.0.2 -timeout 1 -quiet $form)
+      kib=$(build/bench/peak_rss "$work/names-$n.txt" /dev/null "$0" -url_pipe -server 127.0.0.2 -timeout 1 -quiet $form)
       printf "%-8s names=%-7s peak_rss_kib=%s\n" "${form:-padded}" "$n" "$kib"
     done
   done
