@@ -119,18 +119,6 @@ void write_right(Sink& out, std::string_view text, std::size_t width) {
     out.write(text);
 }
 
-// The same for text that holds no LF: the tool's own words, dates, times.
-template <class Sink>
-void write_word_left(Sink& out, std::string_view text, std::size_t width) {
-    out.write_plain(text);
-    if (text.size() < width) out.fill(' ', width - text.size());
-}
-template <class Sink>
-void write_word_right(Sink& out, std::string_view text, std::size_t width) {
-    if (text.size() < width) out.fill(' ', width - text.size());
-    out.write_plain(text);
-}
-
 // Each byte as two lower-case hex digits, joined by one blank.
 template <class Sink>
 void write_hex_bytes(Sink& out, std::span<const std::uint8_t> bytes) {

@@ -67,7 +67,7 @@ void write_header(uni::output_stream& out, const line_layout& layout) {
             out.write_plain(header_words[column]);
             break;
         }
-        cells::write_word_left(out, header_words[column], layout.widths[column]);
+        cells::write_left(out, header_words[column], layout.widths[column]);
         write_separator(out, layout, column);
     }
     out.end_line();
@@ -204,13 +204,13 @@ void write_cells(cells::row_text& out, const dns_entry& entry, std::string_view 
     write_separator(out, layout, 3);
     cells::write_right(out, entry.dns_server, w[4]);
     write_separator(out, layout, 4);
-    cells::write_word_left(out, when.date, w[5]);
+    cells::write_left(out, when.date, w[5]);
     write_separator(out, layout, 5);
-    cells::write_word_left(out, when.time, w[6]);
+    cells::write_left(out, when.time, w[6]);
     write_separator(out, layout, 6);
     cells::write_number(out, entry.dns_type, 10, w[7]);
     write_separator(out, layout, 7);
-    cells::write_word_right(out, record_type_name(entry.dns_type), w[8]);
+    cells::write_right(out, record_type_name(entry.dns_type), w[8]);
     write_separator(out, layout, 8);
     cells::write_number(out, entry.dns_class, 10, w[9]);
     write_separator(out, layout, 9);
