@@ -1,5 +1,6 @@
 #pragma once
-// One length-prefixed label of a QNAME, shared by both name encoders.
+// The labels of a QNAME, shared by both name encoders. The encoders append
+// to the message being built, so a query is put together in one list.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,13 +11,25 @@
 // Labels may be longer than the 63 bytes DNS allows: whatever fits one length byte goes out.
 inline constexpr std::size_t max_label = 255;
 
-// A label too long drops what was built, so no half name is ever handed out.
+// False, with nothing appended, for a label too long for its length byte.
 inline bool append_label(std::string_view label, byte_list& out) {
-    if (label.size() > max_label) {
-        out.clear();
-        return false;
-    }
+    if (label.size() > max_label) return false;
     out.push_back(static_cast<std::uint8_t>(label.size()));
     out.insert(out.end(), label.begin(), label.end());
     return true;
+}
+
+// The QNAME of a name, behind what `out` holds; the two encoders below.
+// False when there is no name to encode; `out` may then hold part of one.
+bool append_name(std::string_view text, byte_list& out);
+bool append_reverse_name(std::string_view text, byte_list& out);
+
+// Runs an appending encoder on an emptied list: on false the list is empty
+// again, so no half name is ever handed out.
+template <class Append>
+bool encode_alone(std::string_view text, byte_list& out, Append append) {
+    out.clear();
+    if (append(text, out)) return true;
+    out.clear();
+    return false;
 }

@@ -15,16 +15,11 @@ bool is_pointer(std::uint8_t b) { return (b & 0xc0) == 0xc0; }
 
 }  // namespace
 
-std::uint32_t read_name(const std::uint8_t* message, std::int32_t length, std::uint32_t offset,
-                        std::string& out) {
+std::uint32_t read_name(std::span<const std::uint8_t> message, std::uint32_t offset, std::string& out) {
     out.clear();
-    if (message == nullptr || length < static_cast<std::int32_t>(header_size) || offset == 0 ||
-        offset > static_cast<std::uint32_t>(length)) {
-        return 0;
-    }
-    const wire_reader wire(message, static_cast<std::size_t>(length));
-    const std::size_t end = wire.length();
-    std::size_t pos = offset;
+    const std::size_t end = message.size();
+    if (end < header_size || offset == 0 || offset > end) return 0;
+    wire_reader wire(message);
     std::uint32_t consumed = 0;
     bool jumped = false;
 
@@ -39,33 +34,36 @@ std::uint32_t read_name(const std::uint8_t* message, std::int32_t length, std::u
     std::size_t label_count = 0;
     std::size_t text_size = 0;
 
+    wire.seek(offset);
     for (int steps = max_steps; steps > 0; --steps) {
-        if (pos >= end) return 0;
-        const std::uint8_t b = wire.byte_at(pos);
+        // Each byte is tested against the end before it is read: a name
+        // never borrows the zeros behind the message.
+        if (wire.pos() >= end) return 0;
+        const std::uint8_t b = wire.u8();
         if (is_pointer(b)) {
-            if (pos + 1 >= end) return 0;
-            const std::size_t target = (std::size_t{b & 0x3fu} << 8) | wire.byte_at(pos + 1);
+            if (wire.pos() >= end) return 0;
+            const std::size_t target = (std::size_t{b & 0x3fu} << 8) | wire.u8();
             if (target > end) return 0;
             // Only the first pointer takes room here; the rest lies elsewhere.
             if (!jumped) consumed += 2;
             jumped = true;
-            pos = target;
+            wire.seek(target);
         } else if (b == 0) {
             out.resize(text_size);
             char* text = out.data();
             for (std::size_t i = 0; i < label_count; ++i) {
-                std::memcpy(text, wire.data() + labels[i].pos, labels[i].size);
+                std::memcpy(text, message.data() + labels[i].pos, labels[i].size);
                 text += labels[i].size;
                 *text++ = '.';
             }
             return jumped ? consumed : consumed + 1;
         } else {
             // Lengths of 64 to 191 are taken as they stand, not as other label forms.
-            if (pos + b >= end) return 0;
+            if (wire.pos() + b > end) return 0;
             if (!jumped) consumed += b + 1u;
-            labels[label_count++] = {static_cast<std::uint32_t>(pos + 1), b};
+            labels[label_count++] = {static_cast<std::uint32_t>(wire.pos()), b};
             text_size += b + 1u;
-            pos += b + 1u;
+            wire.skip(b);
         }
     }
     return 0;

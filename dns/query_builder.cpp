@@ -12,6 +12,8 @@ namespace {
 constexpr std::uint32_t name_path_types = 0x18026;
 constexpr std::uint32_t type_ptr = 12;
 constexpr std::size_t header_size = 12;
+// "in-addr" and "arpa" with their length bytes.
+constexpr std::size_t reverse_suffix_size = 13;
 
 // 15 bits of a linear congruential generator. The ID only has to differ from
 // one query to the next often enough; it is no defence against spoofing.
@@ -30,8 +32,6 @@ char draw_digit(unsigned low, unsigned high) {
     if (low > high) std::swap(low, high);
     return static_cast<char>('0' + low + next_random() % (high - low + 1));
 }
-
-
 }  // namespace
 
 std::string make_packet_id() {
@@ -41,13 +41,10 @@ std::string make_packet_id() {
     return id;
 }
 
-bool encode_name(std::string_view text, byte_list& out) {
-    out.clear();
-    if (text.empty()) return false;
-    // A length byte per label stands for its dot; one more for the root.
-    out.reserve(text.size() + 2);
+bool append_name(std::string_view text, byte_list& out) {
     // The labels are the non-empty stretches between dots: leading, doubled
     // and trailing dots add nothing.
+    const std::size_t start_size = out.size();
     std::size_t start = 0;
     while (start <= text.size()) {
         std::size_t dot = text.find('.', start);
@@ -56,10 +53,12 @@ bool encode_name(std::string_view text, byte_list& out) {
         if (!label.empty() && !append_label(label, out)) return false;
         start = dot + 1;
     }
-    if (out.empty()) return false;
+    if (out.size() == start_size) return false;
     out.push_back(0);
     return true;
 }
+
+bool encode_name(std::string_view text, byte_list& out) { return encode_alone(text, out, append_name); }
 
 bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
     entry = dns_entry{};
@@ -67,33 +66,23 @@ bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
     const std::string id_text = make_packet_id();
     const auto id = static_cast<std::uint16_t>((id_text[0] - '0') * 10 + (id_text[1] - '0'));
 
-    // Kept from query to query: a list of names builds no QNAME from scratch.
-    thread_local byte_list qname;
+    // Room for the header, a length byte per label or the text's own dots,
+    // the root, the reverse suffix and the question's type and class.
+    byte_list message;
+    message.reserve(header_size + text.size() + 2 + reverse_suffix_size + 4);
+    // ID low byte first, RD set, one question, nothing else.
+    message.resize(header_size, 0);
+    message[0] = static_cast<std::uint8_t>(id & 0xff);
+    message[1] = static_cast<std::uint8_t>(id >> 8);
+    message[2] = 0x01;
+    message[5] = 0x01;
     bool encoded = false;
     if (type <= 16 && ((name_path_types >> type) & 1u) != 0) {
-        encoded = encode_name(text, qname);
+        encoded = append_name(text, message);
     } else if (type == type_ptr) {
-        encoded = encode_reverse_name(text, qname);
+        encoded = append_reverse_name(text, message);
     }
     if (!encoded) return false;
-
-    // ID low byte first, RD set, one question, nothing else.
-    const std::uint8_t header[header_size] = {static_cast<std::uint8_t>(id & 0xff),
-                                              static_cast<std::uint8_t>(id >> 8),
-                                              0x01,
-                                              0x00,
-                                              0x00,
-                                              0x01,
-                                              0x00,
-                                              0x00,
-                                              0x00,
-                                              0x00,
-                                              0x00,
-                                              0x00};
-    byte_list message;
-    message.reserve(header_size + qname.size() + 4);
-    message.insert(message.end(), header, header + header_size);
-    message.insert(message.end(), qname.begin(), qname.end());
     message.push_back(static_cast<std::uint8_t>((type >> 8) & 0xff));
     message.push_back(static_cast<std::uint8_t>(type & 0xff));
     message.push_back(0x00);

@@ -12,43 +12,41 @@ enum class section { question, answer, authority, additional };
 // What every entry of one reply has in common.
 struct reply_context {
     const shared_packet& message;
-    const wire_reader& wire;
     const std::string& server_text;
     std::uint64_t time_stamp;
     std::uint16_t id;
 };
 
-// Walks `count` records from `offset` into `list`. False on a fault, which
-// ends the whole reply; running out of message is no fault.
-bool read_section(const reply_context& reply, section kind, std::uint16_t count,
-                  std::uint32_t& offset, std::vector<dns_entry>& list) {
-    const std::size_t length = reply.wire.length();
-    for (std::uint16_t n = 0; n < count && offset < length; ++n) {
+// Walks `count` records from the cursor into `list`. False on a fault,
+// which ends the whole reply; running out of message is no fault.
+bool read_section(const reply_context& reply, section kind, std::uint16_t count, wire_reader& wire,
+                  std::vector<dns_entry>& list) {
+    const std::span<const std::uint8_t> message = reply.message.bytes();
+    for (std::uint16_t n = 0; n < count && wire.pos() < wire.length(); ++n) {
         // Decoded in its place in the list; taken out again if it fails.
         dns_entry& entry = list.emplace_back();
-        const std::uint32_t name_size =
-            read_name(reply.wire.data(), static_cast<std::int32_t>(length), offset, entry.query);
+        const auto at = static_cast<std::uint32_t>(wire.pos());
+        const std::uint32_t name_size = read_name(message, at, entry.query);
         if (name_size == 0) {
             list.pop_back();
             return false;
         }
-        offset += name_size;
-        // A record cut off in its fixed fields reads zeros for what is missing;
-        // the RDATA bound below then catches it outside the question section.
-        entry.dns_type = reply.wire.u16_at(offset);
-        entry.dns_class = reply.wire.u16_at(offset + 2);
-        offset += 4;
+        wire.skip(name_size);
+        // A record cut off in its fixed fields reads zeros for what is
+        // missing: in the question that ends the walk, elsewhere the RDATA
+        // bound below catches it.
+        entry.dns_type = wire.u16();
+        entry.dns_class = wire.u16();
         if (kind != section::question) {
-            entry.ttl_secs = reply.wire.u32_at(offset);
-            entry.data_length = reply.wire.u16_at(offset + 4);
-            offset += 6;
-            entry.data_offset = offset;
-            if (std::size_t{entry.data_offset} + entry.data_length > length) {
+            entry.ttl_secs = wire.u32();
+            entry.data_length = wire.u16();
+            entry.data_offset = static_cast<std::uint32_t>(wire.pos());
+            wire.skip(entry.data_length);
+            if (wire.overrun()) {
                 list.pop_back();
                 return false;
             }
             entry.has_raw_data = kind == section::answer;
-            offset += entry.data_length;
         }
         entry.dns_server = reply.server_text;
         entry.query_time = reply.time_stamp;
@@ -71,40 +69,44 @@ std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_sta
     authority_list.clear();
     additions_list.clear();
 
-    const wire_reader wire(message.data(), message.size());
+    wire_reader wire(message.bytes());
+    // The ID is held with the message's first byte as its low byte.
+    const std::uint8_t id_low = wire.u8();
+    const auto id = static_cast<std::uint16_t>(id_low | (wire.u8() << 8));
     // QR is the only flag anyone looks at: RCODE, TC and the rest are reported as they come.
-    if ((wire.byte_at(2) & 0x80) == 0) return 0;
-    const auto id = static_cast<std::uint16_t>(wire.byte_at(0) | (wire.byte_at(1) << 8));
+    if ((wire.u8() & 0x80) == 0) return 0;
     id_out = id;
+    wire.skip(1);
+    const std::uint16_t counts[] = {wire.u16(), wire.u16(), wire.u16(), wire.u16()};
 
-    // The counts are trusted only as far as the message reaches.
-    const reply_context reply{message, wire, server_text, time_stamp, id};
-    std::uint32_t offset = header_size;
-    if (!read_section(reply, section::question, wire.u16_at(4), offset, question_list) ||
-        !read_section(reply, section::answer, wire.u16_at(6), offset, answer_list) ||
-        !read_section(reply, section::authority, wire.u16_at(8), offset, authority_list) ||
-        !read_section(reply, section::additional, wire.u16_at(10), offset, additions_list)) {
+    // The counts are trusted only as far as the message reaches; a message
+    // shorter than its header holds no record.
+    wire.seek(header_size);
+    const reply_context reply{message, server_text, time_stamp, id};
+    if (!read_section(reply, section::question, counts[0], wire, question_list) ||
+        !read_section(reply, section::answer, counts[1], wire, answer_list) ||
+        !read_section(reply, section::authority, counts[2], wire, authority_list) ||
+        !read_section(reply, section::additional, counts[3], wire, additions_list)) {
         return 0;
     }
-    return offset;
+    return static_cast<std::uint32_t>(wire.pos());
 }
 
-bool read_soa(const std::uint8_t* message, std::int32_t length, std::uint32_t offset,
-              soa_data& soa) {
+bool read_soa(std::span<const std::uint8_t> message, std::uint32_t offset, soa_data& soa) {
     soa = soa_data{};
-    const std::uint32_t mname_size = read_name(message, length, offset, soa.domain_name);
+    const std::uint32_t mname_size = read_name(message, offset, soa.domain_name);
     if (mname_size == 0) return false;
     offset += mname_size;
-    const std::uint32_t rname_size = read_name(message, length, offset, soa.admin_mailbox);
+    const std::uint32_t rname_size = read_name(message, offset, soa.admin_mailbox);
     if (rname_size == 0) return false;
     offset += rname_size;
     // The bound is the whole message; RDLENGTH is not consulted.
-    if (std::int64_t{offset} + 20 > length) return false;
-    const wire_reader wire(message, static_cast<std::size_t>(length));
-    soa.serial_num = wire.u32_at(offset);
-    soa.refresh_sec = wire.u32_at(offset + 4);
-    soa.retry_sec = wire.u32_at(offset + 8);
-    soa.expire_sec = wire.u32_at(offset + 12);
-    soa.min_sec = wire.u32_at(offset + 16);
-    return true;
+    wire_reader wire(message);
+    wire.seek(offset);
+    soa.serial_num = wire.u32();
+    soa.refresh_sec = wire.u32();
+    soa.retry_sec = wire.u32();
+    soa.expire_sec = wire.u32();
+    soa.min_sec = wire.u32();
+    return !wire.overrun();
 }

@@ -3,6 +3,7 @@
 // What each record's data means is worked out when it is written.
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,5 +19,6 @@ std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_sta
                           std::vector<dns_entry>& authority_list,
                           std::vector<dns_entry>& additions_list);
 
-// Reads an SOA's RDATA at `offset`; the bound is the whole message.
-bool read_soa(const std::uint8_t* message, std::int32_t length, std::uint32_t offset, soa_data& soa);
+// Reads an SOA's RDATA at `offset`; the bound is the whole message. On
+// false, `soa` must not be used.
+bool read_soa(std::span<const std::uint8_t> message, std::uint32_t offset, soa_data& soa);

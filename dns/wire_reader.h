@@ -1,47 +1,46 @@
 #pragma once
-// The one bounds-checked reader of wire bytes. Bytes behind the end of the
-// message read as 0, exactly as in the zero-filled receive buffer, and the
-// overrun is remembered so a record's fixed fields can be read first and the
-// fault checked once. Fields are assembled from bytes, never through casts.
+// The one bounds-checked reader of wire bytes, used by every decoder. Bytes
+// behind the end of the message read as 0, exactly as in the zero-filled
+// receive buffer, and the overrun is remembered, so a record's fixed fields
+// are read first and the fault checked once. Fields are assembled from
+// bytes, never through casts.
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 class wire_reader {
 public:
-    wire_reader(const std::uint8_t* data, std::size_t length) : data_(data), length_(length) {}
+    explicit wire_reader(std::span<const std::uint8_t> message) : message_(message) {}
 
-    std::uint8_t byte_at(std::size_t pos) const { return pos < length_ ? data_[pos] : 0; }
-    std::uint16_t u16_at(std::size_t pos) const {
-        return static_cast<std::uint16_t>((byte_at(pos) << 8) | byte_at(pos + 1));
-    }
-    std::uint32_t u32_at(std::size_t pos) const {
-        return (std::uint32_t{u16_at(pos)} << 16) | u16_at(pos + 2);
-    }
-
-    // Cursor reads: advance and remember an overrun.
+    // Cursor reads: each moves on by its size.
     std::uint8_t u8() { return static_cast<std::uint8_t>(take(1)); }
     std::uint16_t u16() { return static_cast<std::uint16_t>(take(2)); }
-    std::uint32_t u32() { return static_cast<std::uint32_t>(take(4)); }
+    std::uint32_t u32() { return take(4); }
+    void skip(std::size_t count) { move_to(pos_ + count); }
+    void seek(std::size_t pos) { move_to(pos); }
 
     std::size_t pos() const { return pos_; }
-    void seek(std::size_t pos) { pos_ = pos; }
-    void skip(std::size_t count) { pos_ += count; overrun_ |= pos_ > length_; }
+    // True once any read or move has gone behind the end.
     bool overrun() const { return overrun_; }
-    std::size_t length() const { return length_; }
-    const std::uint8_t* data() const { return data_; }
+    std::size_t length() const { return message_.size(); }
 
 private:
     std::uint32_t take(std::size_t count) {
         std::uint32_t value = 0;
-        for (std::size_t i = 0; i < count; ++i) value = (value << 8) | byte_at(pos_ + i);
-        pos_ += count;
-        overrun_ |= pos_ > length_;
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::size_t at = pos_ + i;
+            value = (value << 8) | (at < message_.size() ? message_[at] : 0u);
+        }
+        move_to(pos_ + count);
         return value;
     }
+    void move_to(std::size_t pos) {
+        pos_ = pos;
+        overrun_ |= pos_ > message_.size();
+    }
 
-    const std::uint8_t* data_;
-    std::size_t length_;
+    std::span<const std::uint8_t> message_;
     std::size_t pos_ = 0;
     bool overrun_ = false;
 };

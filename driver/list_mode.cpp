@@ -15,11 +15,11 @@ namespace {
 // One line: its query, its attempts, and the wait behind it. A line that
 // can't be encoded leaves no trace.
 void run_line(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params,
-              const std::string& line) {
+              row_workspace& work, const std::string& line) {
     params.query_target = line;
     query = dns_entry{};
     if (!build_query(query, params.query_target, params.query_type)) return;
-    run_attempts(out, result, query, params);
+    run_attempts(out, result, query, params, work);
     if (params.delay_secs != 0) os::sleep_ms(params.delay_secs * 1000u);
 }
 
@@ -42,7 +42,8 @@ bool open_source(kvportdir::stdin_stream_ex& input, const input_params& params) 
 
 }  // namespace
 
-void run_list(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params) {
+void run_list(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params,
+              row_workspace& work) {
     kvportdir::stdin_stream_ex input;
     if (!open_source(input, params)) return;
     std::string line;
@@ -55,7 +56,7 @@ void run_list(uni::output_stream& out, dns_result& result, dns_entry& query, inp
         // file times, which are read afresh for every line.
         facts = file_info{};
         if (!params.filters.empty() && !match_filter(params, to_wide(line), params.filters, &facts)) continue;
-        run_line(out, result, query, params, line);
+        run_line(out, result, query, params, work, line);
         line.clear();
     }
 }

@@ -45,15 +45,16 @@ int run_queries(uni::output_stream& out, input_params& params, const arg_list& a
     if (params.xml_output) write_frame_head(out, args);
     dns_entry query;
     dns_result result;
+    row_workspace work;
     if (params.pipe_input || params.enum_dir_given) {
-        run_list(out, result, query, params);
+        run_list(out, result, query, params, work);
     } else {
         if (!build_query(query, params.query_target, params.query_type)) {
             print_error("prob building dns packet... aborting\n");
             return -1;
         }
         params.show_header = true;
-        run_attempts(out, result, query, params);
+        run_attempts(out, result, query, params, work);
     }
     if (params.xml_output) {
         out.write("</logdata>");

@@ -46,6 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     query.query_time = 133100000000000000ULL;  // the dates render with the formats given
     dns_result result;
     uni::null_out_stream out;
-    report_result(out, result, query, params);
+    row_workspace work;
+    report_result(out, result, query, params, work);
     return 0;
 }

@@ -54,11 +54,12 @@ void check_data_bounds(const std::vector<dns_entry>& list) {
         if (std::uint64_t{entry.data_offset} + entry.data_length > entry.packet.size()) std::abort();
 }
 
-void write_rows(std::vector<dns_entry>& list, uni::output_stream& out, report_forms& all) {
+void write_rows(std::vector<dns_entry>& list, uni::output_stream& out, report_forms& all,
+                row_workspace& work) {
     for (dns_entry& entry : list) {
-        write_text_entry(entry, out, "answer", "success", all.padded);
-        write_text_entry(entry, out, "answer", "success", all.compact);
-        write_xml_entry(entry, out, all.xml, "success");
+        write_text_entry(entry, out, "answer", "success", all.padded, work);
+        write_text_entry(entry, out, "answer", "success", all.compact, work);
+        write_xml_entry(entry, out, all.xml, "success", work);
     }
 }
 
@@ -90,9 +91,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         check_data_bounds(*list);
 
     uni::null_out_stream out;
+    row_workspace work;
     for (auto* list : {&result.question_list, &result.answer_list, &result.authority_list,
                        &result.additions_list})
-        write_rows(*list, out, all);
+        write_rows(*list, out, all, work);
 
     // The dispatcher decides by the query's type too; take the one asked.
     dns_entry query;
@@ -102,7 +104,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     query.dns_type = result.question_list.empty() ? 1 : result.question_list.front().dns_type;
     result.sent_size = 1;
     for (input_params* params : {&all.padded, &all.compact, &all.xml})
-        report_result(out, result, query, *params);
+        report_result(out, result, query, *params, work);
 
     check_dump(result.recv_packet);
     return 0;

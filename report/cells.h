@@ -162,13 +162,10 @@ bool read_packet_name(const dns_entry& entry, std::uint32_t offset, std::string&
 // read_soa on the entry's packet at its data_offset.
 bool read_packet_soa(const dns_entry& entry, soa_data& soa);
 
-// Date and time texts of an instant in the format word. The rows of one
-// reply share one instant, so the texts of the last instant are kept and
-// serve again; the views hold until the next call.
-struct date_time_texts {
-    std::string_view date;
-    std::string_view time;
-};
-date_time_texts render_instant(std::uint64_t ticks, std::uint32_t format_word);
+// The MX preference at the entry's data_offset, read from the packet (so a
+// record shorter than its preference takes the bytes that follow it).
+// False when the preference would reach behind the end of the packet; what
+// lies there then reads 0.
+bool read_mx_preference(const dns_entry& entry, std::uint16_t& preference);
 
 }  // namespace cells

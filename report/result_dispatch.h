@@ -5,7 +5,9 @@
 #include "dns/dns_entry.h"
 #include "driver/input_params.h"
 #include "report/output_stream.h"
+#include "report/row_workspace.h"
 #include "transport/dns_result.h"
 
 // Always true; nobody reads it.
-bool report_result(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params);
+bool report_result(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params,
+                   row_workspace& work);

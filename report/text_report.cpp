@@ -8,8 +8,8 @@
 
 #include "dns/type_names.h"
 #include "report/cells.h"
+#include "report/row_workspace.h"
 #include "timefmt/formats.h"
-#include "timefmt/time_parts.h"
 
 namespace {
 
@@ -112,34 +112,25 @@ void write_soa_fields(const soa_data& soa, Sink& out, std::string_view gap) {
     }
 }
 
-// Decoded names and SOA fields, kept between rows so a row allocates nothing.
-struct data_scratch {
-    std::string name;
-    soa_data soa;
-};
-
-data_scratch& scratch() {
-    thread_local data_scratch instance;
-    return instance;
-}
-
-void write_mx(cells::row_text& out, const dns_entry& entry, std::span<const std::uint8_t> data,
+void write_mx(row_workspace& work, const dns_entry& entry, std::span<const std::uint8_t> data,
               std::string_view list_gap) {
-    // No whole preference: nothing to translate.
-    if (data.size() < 2) {
+    cells::row_text& out = work.row;
+    std::uint16_t preference = 0;
+    // A preference behind the end of the message: nothing to translate.
+    if (!cells::read_mx_preference(entry, preference)) {
         cells::write_hex_bytes(out, data);
         return;
     }
-    cells::write_number(out, (unsigned{data[0]} << 8) | data[1]);
+    cells::write_number(out, preference);
     out.write(list_gap);
-    std::string& name = scratch().name;
-    if (cells::read_packet_name(entry, entry.data_offset + 2, name))
-        out.write(name);
+    if (cells::read_packet_name(entry, entry.data_offset + 2, work.text))
+        out.write(work.text);
     else
         cells::write_hex_bytes(out, data);
 }
 
-void write_data_cell(cells::row_text& out, const dns_entry& entry, std::string_view list_gap) {
+void write_data_cell(row_workspace& work, const dns_entry& entry, std::string_view list_gap) {
+    cells::row_text& out = work.row;
     if (entry.data_length == 0) {
         out.write_plain("  <none>");
         return;
@@ -156,20 +147,19 @@ void write_data_cell(cells::row_text& out, const dns_entry& entry, std::string_v
         write_ipv6_groups(out, data);
         return;
     case 15:  // MX
-        write_mx(out, entry, data, list_gap);
+        write_mx(work, entry, data, list_gap);
         return;
     case 2:   // NS
     case 5:   // CNAME
     case 12:  // PTR
-        if (std::string& name = scratch().name;
-            cells::read_packet_name(entry, entry.data_offset, name))
-            out.write(name);
+        if (cells::read_packet_name(entry, entry.data_offset, work.text))
+            out.write(work.text);
         else
             cells::write_hex_bytes(out, data);
         return;
     case 6:  // SOA
-        if (soa_data& soa = scratch().soa; cells::read_packet_soa(entry, soa))
-            write_soa_fields(soa, out, list_gap);
+        if (cells::read_packet_soa(entry, work.soa))
+            write_soa_fields(work.soa, out, list_gap);
         else
             cells::write_hex_bytes(out, data);
         return;
@@ -183,16 +173,11 @@ void write_data_cell(cells::row_text& out, const dns_entry& entry, std::string_v
     }
 }
 
-// The row is put together here and goes to the stream in one piece.
-cells::row_text& row_scratch() {
-    thread_local cells::row_text row;
-    return row;
-}
-
 // All cells of one row, without its line end.
-void write_cells(cells::row_text& out, const dns_entry& entry, std::string_view comment,
+void write_cells(row_workspace& work, const dns_entry& entry, std::string_view comment,
                  std::string_view status, const line_layout& layout,
-                 const cells::date_time_texts& when) {
+                 const instant_texts::texts& when) {
+    cells::row_text& out = work.row;
     const auto& w = layout.widths;
     cells::write_left(out, entry.query, w[0]);
     write_separator(out, layout, 0);
@@ -218,7 +203,7 @@ void write_cells(cells::row_text& out, const dns_entry& entry, std::string_view 
     write_separator(out, layout, 10);
     cells::write_number(out, entry.data_length, 10, w[11]);
     write_separator(out, layout, 11);
-    write_data_cell(out, entry, layout.list_gap);
+    write_data_cell(work, entry, layout.list_gap);
 }
 
 }  // namespace
@@ -228,7 +213,7 @@ void write_soa_text(const soa_data& soa, uni::output_stream& out, std::string_vi
 }
 
 void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_view comment,
-                      std::string_view status, input_params& params) {
+                      std::string_view status, input_params& params, row_workspace& work) {
     const line_layout layout = make_layout(params);
     if (params.show_header) {
         write_header(out, layout);
@@ -238,12 +223,10 @@ void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_vie
     if (params.clash_char != 0 && entry.query.find(params.clash_char) != std::string::npos)
         std::replace(entry.query.begin(), entry.query.end(), params.clash_char, params.clash_subst);
 
-    const cells::date_time_texts when = cells::render_instant(entry.query_time, params.format_word);
-
-    cells::row_text& row = row_scratch();
-    row.clear();
-    write_cells(row, entry, comment, status, layout, when);
-    out.write(row.view());
+    const instant_texts::texts when = work.when.render(entry.query_time, params.format_word);
+    work.row.clear();
+    write_cells(work, entry, comment, status, layout, when);
+    out.write(work.row.view());
     out.end_line();
 }
 

@@ -5,29 +5,10 @@
 #include <utility>
 
 #include "dns/type_names.h"
-#include "dns/wire_reader.h"
 #include "report/cells.h"
-#include "timefmt/formats.h"
-#include "timefmt/time_parts.h"
+#include "report/row_workspace.h"
 
 namespace {
-
-// Decoded texts kept between rows so a row allocates nothing.
-struct xml_scratch {
-    std::string text;
-    soa_data soa;
-};
-
-xml_scratch& scratch() {
-    thread_local xml_scratch instance;
-    return instance;
-}
-
-// The row is put together here and goes to the stream in one piece.
-cells::row_text& row_scratch() {
-    thread_local cells::row_text row;
-    return row;
-}
 
 void write_element(cells::row_text& out, std::string_view open, std::string_view value,
                    std::string_view close) {
@@ -68,21 +49,23 @@ void write_soa_attributes(cells::row_text& out, const soa_data& soa) {
     }
 }
 
-void write_mx_attributes(cells::row_text& out, const dns_entry& entry) {
-    // The preference is read from the packet, so a record cut short after
-    // one byte never reads past the message (what is missing reads 0).
-    wire_reader packet(entry.packet.data(), entry.packet.size());
+void write_mx_attributes(row_workspace& work, const dns_entry& entry) {
+    // A preference reaching behind the message reads what is there and
+    // zeros for the rest.
+    std::uint16_t preference = 0;
+    cells::read_mx_preference(entry, preference);
+    cells::row_text& out = work.row;
     out.write(" preference=\"");
-    cells::write_number(out, packet.u16_at(entry.data_offset), 10, 3);
+    cells::write_number(out, preference, 10, 3);
     out.put('"');
-    std::string& name = scratch().text;
-    cells::read_packet_name(entry, entry.data_offset + 2, name);
-    write_attribute(out, " mx_server=\"", name);
+    cells::read_packet_name(entry, entry.data_offset + 2, work.text);
+    write_attribute(out, " mx_server=\"", work.text);
 }
 
 // The start tag of translated_data: attributes only, by record type.
-void write_translated_data(cells::row_text& out, const dns_entry& entry,
+void write_translated_data(row_workspace& work, const dns_entry& entry,
                            std::span<const std::uint8_t> data) {
+    cells::row_text& out = work.row;
     out.write("<translated_data ");
     switch (entry.dns_type) {
     case 1:  // A
@@ -93,26 +76,23 @@ void write_translated_data(cells::row_text& out, const dns_entry& entry,
         }
         break;
     case 28: {  // AAAA
-        std::string& text = scratch().text;
-        text.clear();
-        format_ipv6(data.data(), data.size(), text);
-        write_attribute(out, " ipv6_addr=\"", text);
+        work.text.clear();
+        format_ipv6(data.data(), data.size(), work.text);
+        write_attribute(out, " ipv6_addr=\"", work.text);
         break;
     }
     case 15:  // MX
-        if (entry.data_length != 0) write_mx_attributes(out, entry);
+        if (entry.data_length != 0) write_mx_attributes(work, entry);
         break;
     case 2:   // NS
     case 5:   // CNAME
     case 12: {  // PTR
-        std::string& name = scratch().text;
-        cells::read_packet_name(entry, entry.data_offset, name);
-        write_attribute(out, " domain_name=\"", name);
+        cells::read_packet_name(entry, entry.data_offset, work.text);
+        write_attribute(out, " domain_name=\"", work.text);
         break;
     }
     case 6:  // SOA
-        if (soa_data& soa = scratch().soa; cells::read_packet_soa(entry, soa))
-            write_soa_attributes(out, soa);
+        if (cells::read_packet_soa(entry, work.soa)) write_soa_attributes(out, work.soa);
         break;
     default:  // TXT too: its text shows only in raw_data_hex
         break;
@@ -123,12 +103,12 @@ void write_translated_data(cells::row_text& out, const dns_entry& entry,
 }  // namespace
 
 void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const input_params& params,
-                     std::string_view status) {
-    const cells::date_time_texts when = cells::render_instant(entry.query_time, params.format_word);
+                     std::string_view status, row_workspace& work) {
+    const instant_texts::texts when = work.when.render(entry.query_time, params.format_word);
     std::span<const std::uint8_t> data = cells::record_data(entry);
 
     // Nothing is escaped: names go out as the bytes the server sent.
-    cells::row_text& row = row_scratch();
+    cells::row_text& row = work.row;
     row.clear();
     write_element(row, "<data_entry><query>", entry.query, "</query>");
     write_element(row, "<status>", status, "</status>");
@@ -146,7 +126,7 @@ void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const inpu
     row.write("<raw_data_hex>");
     cells::write_hex_bytes(row, data);
     row.write("</raw_data_hex>");
-    write_translated_data(row, entry, data);
+    write_translated_data(work, entry, data);
     row.write("</data_entry>");
     out.write(row.view());
     out.end_line();

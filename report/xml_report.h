@@ -9,9 +9,10 @@
 #include "dns/dns_entry.h"
 #include "driver/input_params.h"
 #include "report/output_stream.h"
+#include "report/row_workspace.h"
 
 void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const input_params& params,
-                     std::string_view status);
+                     std::string_view status, row_workspace& work);
 // IPv6 text with the first run of zero groups folded. False (text untouched)
 // when data is missing or length is 0.
 bool format_ipv6(const std::uint8_t* data, std::size_t length, std::string& text);

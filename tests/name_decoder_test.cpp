@@ -31,7 +31,7 @@ TEST(NameDecoder, NamesAndFaults) {
     for (const auto& [what, body, offset, count, text] : rows) {
         const bytes m = join({bytes(12, 0), body});  // a zeroed header first
         std::string out = "stale";
-        const std::uint32_t used = read_name(m.data(), static_cast<std::int32_t>(m.size()), offset, out);
+        const std::uint32_t used = read_name(m, offset, out);
         EXPECT_TRUE(used == count && (count == 0 || out == text)) << what << ": " << used << " " << out;
     }
 }

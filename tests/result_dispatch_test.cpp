@@ -23,7 +23,8 @@ std::string report(std::uint16_t type, std::uint32_t sent, const byte_list& repl
     params.separator = ",";
     params.compact_columns = true;
     test_support::string_output out;
-    EXPECT_TRUE(report_result(out, result, query, params));
+    row_workspace work;
+    EXPECT_TRUE(report_result(out, result, query, params, work));
     return out.text();
 }
 

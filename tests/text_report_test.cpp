@@ -3,8 +3,11 @@
 
 #include <tuple>
 
+#include "dns/reply_parser.h"
+#include "report/xml_report.h"
 #include "support/fixtures.h"
 #include "timefmt/formats.h"
+#include "transport/dns_result.h"
 
 namespace {
 
@@ -14,7 +17,8 @@ using test_support::record_entry;
 std::string row_of(dns_entry entry, input_params& params, bool csv = false, std::string_view status = "success") {
     if (csv) params.separator = ",", params.clash_char = ',', params.clash_subst = ' ', params.compact_columns = true;
     test_support::string_output out;
-    write_text_entry(entry, out, "answer", status, params);
+    row_workspace work;
+    write_text_entry(entry, out, "answer", status, params, work);
     return out.text();
 }
 
@@ -59,6 +63,44 @@ TEST(TextReport, DataThatDoesntReadAsItsType) {
         input_params padded;
         padded.show_header = false;
         EXPECT_TRUE(row_of(record_entry(type, rdata, answer), padded).ends_with(" | " + data + "\r\n")) << type;
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// Regression: an MX record of one byte inside a reply takes its preference's
+// second byte, and its name, from the record behind it; only at the very end
+// of the message does the row fall back to hex. Both forms read alike.
+TEST(TextReport, MxShorterThanItsPreferenceInsideAReply) {
+    // What follows the MX record, its data cell, the XML attributes.
+    const std::tuple<const char*, byte_list, const char*, const char*> cases[] = {
+        {"root-owned A behind it", {0, /* 34: */ 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4},
+         "1280; ", " preference=\"1280\" mx_server=\"\""},  // the name at 35 is the root
+        {"compressed owner behind it", {0xc0, 12, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4},
+         "1472; 05", " preference=\"1472\" mx_server=\"\""},  // 0x05c0; the name at 35 runs off
+    };
+    for (const auto& [what, next, data, attributes] : cases) {
+        const shared_packet message(test_support::join({
+            {0x2a, 0x00, 0x81, 0x80, 0, 1, 0, 2, 0, 0, 0, 0},  // ID 42, QR; one question, two answers
+            {1, 'a', 1, 'b', 0, 0, 15, 0, 1},                  // 12: a.b. MX IN
+            {0xc0, 12, 0, 15, 0, 1, 0, 0, 0, 60, 0, 1, 0x05},  // 21: a.b. MX IN 60, RDLENGTH 1, at 33: 05
+            next,                                              // 34: the second answer
+        }));
+        dns_result result;
+        std::uint16_t id = 0;
+        ASSERT_NE(parse_reply("8.8.8.8", test_support::sample_ticks, message, id, result.question_list,
+                              result.answer_list, result.authority_list, result.additions_list),
+                  0u) << what;
+        ASSERT_EQ(result.answer_list.size(), 2u) << what;
+        input_params padded;
+        padded.show_header = false;
+        EXPECT_TRUE(row_of(result.answer_list[0], padded).ends_with(" |    1 | " + std::string(data) + "\r\n")) << what;
+        test_support::string_output xml;
+        row_workspace work;
+        write_xml_entry(result.answer_list[0], xml, input_params{}, "success", work);
+        EXPECT_NE(xml.text().find(std::string("<translated_data ") + attributes + ">"), std::string::npos) << what;
     }
 }
 

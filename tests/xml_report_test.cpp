@@ -9,7 +9,8 @@ namespace {
 
 std::string xml_of(const dns_entry& entry, std::string_view status = "success") {
     test_support::string_output out;
-    write_xml_entry(entry, out, input_params{}, status);
+    row_workspace work;
+    write_xml_entry(entry, out, input_params{}, status, work);
     return out.text();
 }
 

@@ -37,14 +37,14 @@ void dump_try(uni::output_stream& out, const dns_result& result) {
 }  // namespace
 
 bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry,
-                  input_params& params) {
+                  input_params& params, row_workspace& work) {
     // Taken as signed, so -retry -1 (all bits set) allows no try at all.
     const auto tries = static_cast<std::int32_t>(params.retries + 1u);
     bool good = false;
     for (std::int32_t count = 0; count < tries && !good; ++count) {
         clear_result(result);
         good = exchange_query(result, query_entry, params.server, params.timeout_secs);
-        report_result(out, result, query_entry, params);
+        report_result(out, result, query_entry, params, work);
         // Also when this try wrote no row: one header per run at most.
         params.show_header = false;
         if (params.verbose && !params.xml_output) dump_try(out, result);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dns/reply_parser.h"
+#include "dns/wire_reader.h"
 #include "timefmt/time_parts.h"
 
 namespace {
@@ -11,24 +12,9 @@ inline constexpr std::int32_t af_inet = 2;
 
 // The ID as the reply parser reads it: first byte low, second byte high.
 std::uint16_t packet_id_of(const shared_packet& packet) {
-    const std::uint8_t* bytes = packet.data();
-    std::uint16_t low = bytes[0];
-    std::uint16_t high = packet.size() > 1 ? bytes[1] : 0;
-    return static_cast<std::uint16_t>(low | (high << 8));
-}
-
-// inet_addr of the server's text. A run asks one server throughout, so the
-// value of the last text serves again (the conversion depends on the text alone).
-std::uint32_t server_address(const std::string& server_text) {
-    thread_local std::string last_text;
-    thread_local std::uint32_t last_address = 0;
-    thread_local bool known = false;
-    if (!known || server_text != last_text) {
-        last_address = os::ipv4_address(server_text.c_str());
-        last_text = server_text;
-        known = true;
-    }
-    return last_address;
+    wire_reader wire(packet.bytes());
+    const std::uint8_t low = wire.u8();
+    return static_cast<std::uint16_t>(low | (wire.u8() << 8));
 }
 
 }  // namespace
@@ -87,7 +73,7 @@ bool exchange_query(dns_result& result, dns_entry& query_entry, const std::strin
         query_entry.dns_server = server_text;
         if (socket.open()) {
             const std::size_t length = query_entry.packet.size();
-            const std::uint32_t address = server_address(server_text);
+            const std::uint32_t address = os::ipv4_address(server_text.c_str());
             result.sent_packet = query_entry.packet;
             if (socket.send_to(query_entry.packet.data(), length, address, dns_port)) {
                 result.sent_size = static_cast<std::uint32_t>(length);
