@@ -28,9 +28,13 @@ public:
 private:
     std::uint32_t take(std::size_t count) {
         std::uint32_t value = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t at = pos_ + i;
-            value = (value << 8) | (at < message_.size() ? message_[at] : 0u);
+        if (pos_ + count <= message_.size()) {  // the usual case: one test for the field
+            for (std::size_t i = 0; i < count; ++i) value = (value << 8) | message_[pos_ + i];
+        } else {
+            for (std::size_t i = 0; i < count; ++i) {
+                const std::size_t at = pos_ + i;
+                value = (value << 8) | (at < message_.size() ? message_[at] : 0u);
+            }
         }
         move_to(pos_ + count);
         return value;
