@@ -295,15 +295,13 @@ void parse_report_settings(cmd_params& params, arg_list& args) {
 
 void set_csv_separator(cmd_params& params, std::string_view text) {
     params.separator = text;
-    std::string lower(text);
-    to_lower(lower);
-    if (lower.find('|') != std::string::npos) {
+    if (text.find('|') != std::string_view::npos) {
         params.clash_char = '|';
         params.clash_subst = ';';
-    } else if (lower.find(',') != std::string::npos) {
+    } else if (text.find(',') != std::string_view::npos) {
         params.clash_char = ',';
         params.clash_subst = ' ';
-    } else if (lower == "tab" || lower == "\\t") {
+    } else if (same_text(text, "tab") || same_text(text, "\\t")) {
         params.separator = "\t";
         params.clash_char = params.clash_subst = 0;
     } else {
