@@ -41,11 +41,10 @@ bool system_info(system_release& release) {
     utsname names{};
     if (::uname(&names) != 0) return false;
     release.os_name = names.sysname;
-    const std::string_view numbers = names.release;
     std::size_t pos = 0;
-    release.major = next_number(numbers, pos);
-    release.minor = next_number(numbers, pos);
-    release.patch = next_number(numbers, pos);
+    release.major = next_number(names.release, pos);
+    release.minor = next_number(names.release, pos);
+    release.patch = next_number(names.release, pos);
     release.is_64bit = sizeof(void*) == 8;
     return true;
 }
