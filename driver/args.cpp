@@ -1,21 +1,14 @@
 #include "driver/args.h"
 
-namespace {
-char lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+#include "platform/text.h"
 
+namespace {
 std::size_t find_from(std::string_view name, const arg_list& args, std::size_t first) {
     for (std::size_t i = first; i < args.size(); ++i)
         if (same_text(args[i], name)) return i;
     return args.size();
 }
 }  // namespace
-
-bool same_text(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (lower(a[i]) != lower(b[i])) return false;
-    return true;
-}
 
 bool find_flag(std::string_view name, arg_list& args) {
     std::size_t i = find_from(name, args, 0);

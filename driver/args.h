@@ -10,9 +10,6 @@
 
 using arg_list = std::vector<std::string>;
 
-// Equal length, and equal with the letters A to Z lower-cased.
-bool same_text(std::string_view a, std::string_view b);
-
 // From the first entry (program name included): removes the flag, true if found.
 bool find_flag(std::string_view name, arg_list& args);
 // From the first entry: copies the entry behind the option to value and removes

@@ -92,8 +92,6 @@ void parse_diags(cmd_params& params, arg_list& args) {
 }
 
 // --------------------------------------------------------------- aliases --
-constexpr std::string_view alias_error = "imbalanced alias to true pathfiles, aborting\n";
-
 void drop_one_trailing_backslash(std::string& text) {
     if (!text.empty() && text.back() == '\\') text.pop_back();
 }
@@ -105,7 +103,7 @@ bool parse_aliases(std::string_view option, std::map<std::string, std::string>& 
     std::vector<std::string> pieces;
     split_text(value, '|', pieces, true, false);
     if ((value.empty() && empty_is_error) || pieces.size() % 2 != 0) {
-        write_error(alias_error);
+        write_error(message::imbalanced_alias);
         return false;
     }
     for (std::size_t i = 0; i + 1 < pieces.size(); i += 2) {
@@ -134,7 +132,7 @@ void parse_stored_options(cmd_params& params, arg_list& args) {
 bool refuse_unoffered(arg_list& args) {
     std::string value;
     if (find_value("-sqlite_log", value, args) || find_value("-sqlite", value, args)) {
-        write_error("This option is not offered in this build\n");
+        write_error(message::not_offered);
         return false;
     }
     return true;
@@ -172,7 +170,7 @@ bool parse_results_file(cmd_params& params, arg_list& args) {
     if (!probe.open_results(params.output_file, !append) && append)
         probe.open_results(params.output_file, true);
     if (!probe.is_open()) {
-        write_error("prob opening file " + params.output_file + " for output, aborting\n");
+        write_error(message::results_file_refused, params.output_file);
         return false;
     }
     probe.close();
@@ -246,7 +244,7 @@ bool parse_time_bounds(cmd_params& params, arg_list& args) {
             params.stop_filter = {true, ~std::uint64_t{0}, ~std::uint32_t{0}};
         } else {
             params.stop_filter = time_bound{};
-            write_error("invalid start time, ignoring\n");
+            write_error(message::bad_start_time);
         }
     }
     if (find_value("-cmd_stop_time", value, args)) {
@@ -256,7 +254,7 @@ bool parse_time_bounds(cmd_params& params, arg_list& args) {
                             params.stop_filter.file_time < params.start_filter.file_time;
         if (result != bound_result::set || before_start) {
             params.stop_filter = time_bound{};
-            write_error("invalid stop time, ignoring\n");
+            write_error(message::bad_stop_time);
         }
     }
     return true;
@@ -271,7 +269,7 @@ void take_format(std::string& field, std::string_view option, bool (*acceptable)
         to_lower(value);
         field = value;
     } else {
-        write_error("invalid " + value + ", using default format\n");
+        write_error(message::bad_format, value);
     }
 }
 
@@ -295,15 +293,13 @@ void parse_report_settings(cmd_params& params, arg_list& args) {
 
 void set_csv_separator(cmd_params& params, std::string_view text) {
     params.separator = text;
-    std::string lower(text);
-    to_lower(lower);
-    if (lower.find('|') != std::string::npos) {
+    if (text.find('|') != std::string_view::npos) {
         params.clash_char = '|';
         params.clash_subst = ';';
-    } else if (lower.find(',') != std::string::npos) {
+    } else if (text.find(',') != std::string_view::npos) {
         params.clash_char = ',';
         params.clash_subst = ' ';
-    } else if (lower == "tab" || lower == "\\t") {
+    } else if (same_text(text, "tab") || same_text(text, "\\t")) {
         params.separator = "\t";
         params.clash_char = params.clash_subst = 0;
     } else {

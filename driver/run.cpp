@@ -50,7 +50,7 @@ int run_queries(uni::output_stream& out, input_params& params, const arg_list& a
         run_list(out, result, query, params, work);
     } else {
         if (!build_query(query, params.query_target, params.query_type)) {
-            print_error("prob building dns packet... aborting\n");
+            print_error(message::query_not_built);
             return -1;
         }
         params.show_header = true;
@@ -84,7 +84,7 @@ int run_tool(arg_list& args) {
     uni::output_stream* out = &console;
     if (!params.output_file.empty()) {
         if (!results.open_results(params.output_file, true) || !(out = results.make_stream())) {
-            print_error("prob opening results file: %s for writing\n", params.output_file);
+            print_error(message::results_file_failed, params.output_file);
             return -1;
         }
     }

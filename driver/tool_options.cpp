@@ -43,7 +43,7 @@ bool parse_plain_commands(input_params& params, arg_list& args) {
         std::string& field = params.*command.field;
         if (!find_value(command.name, field, args)) continue;
         if (!params.query_target.empty()) {
-            write_error("invalid combination of commands\n");
+            write_error(message::command_clash);
             return false;
         }
         params.query_target = field;
@@ -64,7 +64,7 @@ bool parse_tool_options(input_params& params, arg_list& args) {
     parse_pipe_commands(params, args);
     if (!parse_plain_commands(params, args)) return false;
     if (!find_value("-server", params.server, args)) {
-        write_error("error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n");
+        write_error(message::no_server);
         return false;
     }
     if (find_flag("-ipv6", args)) params.ipv6 = true;

@@ -11,6 +11,7 @@
 #include "driver/input_params.h"
 #include "driver/tool_options.h"
 #include "fuzz/fuzz_input.h"
+#include "platform/text.h"
 #include "report/output_stream.h"
 #include "report/result_dispatch.h"
 #include "transport/dns_result.h"

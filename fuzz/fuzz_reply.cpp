@@ -12,12 +12,12 @@
 #include "driver/args.h"
 #include "driver/input_params.h"
 #include "driver/tool_options.h"
-#include "fuzz/collecting_stream.h"
 #include "report/hex_dump.h"
 #include "report/output_stream.h"
 #include "report/result_dispatch.h"
 #include "report/text_report.h"
 #include "report/xml_report.h"
+#include "tests/support/string_output.h"
 #include "transport/dns_result.h"
 
 namespace {
@@ -65,7 +65,7 @@ void write_rows(std::vector<dns_entry>& list, uni::output_stream& out, report_fo
 
 // Every dump row has the same width: offset, hex part and text column, CR LF.
 void check_dump(const shared_packet& message) {
-    thread_local collecting_stream dump;
+    thread_local test_support::string_output dump(4096);
     dump.clear();
     dump_packet(message.bytes(), dump);
     const std::size_t rows = (message.size() + 15) / 16;

@@ -19,17 +19,6 @@ constexpr std::u16string_view long_prefix = u"\\\\?\\";
 constexpr std::size_t shadow_path_length = 46;
 constexpr std::size_t max_plain_path = 256;
 
-bool starts_with_ascii_lower(const std::string& name, const std::string& prefix) {
-    if (name.size() < prefix.size()) return false;
-    for (std::size_t i = 0; i < prefix.size(); ++i) {
-        char a = name[i], b = prefix[i];
-        if (a >= 'A' && a <= 'Z') a = static_cast<char>(a + 32);
-        if (b >= 'A' && b <= 'Z') b = static_cast<char>(b + 32);
-        if (a != b) return false;
-    }
-    return true;
-}
-
 // What a search for path + "*.*" finds: the entries of the directory part
 // of path whose names begin (in any case) with the rest of it.
 bool find_entries(const std::u16string& path, std::vector<os::dir_item>& items) {
@@ -38,8 +27,9 @@ bool find_entries(const std::u16string& path, std::vector<os::dir_item>& items) 
     const std::string prefix = to_utf8(cut == npos ? path : path.substr(cut + 1));
     if (!os::list_directory(to_utf8(dir), items)) return false;
     if (!prefix.empty()) {
-        std::erase_if(items,
-                      [&](const os::dir_item& item) { return !starts_with_ascii_lower(item.name, prefix); });
+        std::erase_if(items, [&](const os::dir_item& item) {
+            return !same_text(std::string_view(item.name).substr(0, prefix.size()), prefix);
+        });
     }
     return true;
 }
@@ -56,11 +46,9 @@ bool name_to_wide(const std::string& name, std::u16string& wide) {
 bool accept_path(std::u16string& path, bool test, const std::vector<filter_entry>& filters) {
     if (test && !match_entries(path, filters)) return false;
     if (path.size() < 5 || !path.starts_with(long_prefix)) return true;
-    if (path.size() > shadow_path_length) {
-        std::u16string lower = path;
-        to_lower(lower);
-        if (lower.compare(4, 6, u"global") != 0) path.erase(0, long_prefix.size());
-    }
+    if (path.size() > shadow_path_length &&
+        !same_text(std::u16string_view(path).substr(long_prefix.size(), 6), u"global"))
+        path.erase(0, long_prefix.size());
     return true;
 }
 

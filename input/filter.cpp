@@ -13,19 +13,6 @@ namespace {
 
 constexpr auto npos = std::u16string::npos;
 
-// Wide text cut at one delimiter into trimmed, non-empty pieces.
-void split_wide(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list) {
-    list.clear();
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        std::size_t end = text.find(delimiter, start);
-        if (end == std::u16string_view::npos) end = text.size();
-        std::u16string piece(text.substr(start, end - start));
-        if (trim_text(piece)) list.push_back(std::move(piece));
-        start = end + 1;
-    }
-}
-
 // One token of a -filter value into its entry.
 void fill_entry(std::u16string token, filter_entry& entry) {
     std::u16string& pattern = entry.pattern;
@@ -49,53 +36,6 @@ void fill_entry(std::u16string token, filter_entry& entry) {
         pattern.erase(star, 1);
     }
     entry.is_path = !pattern.empty() && pattern.front() == u'\\';
-}
-
-// strtoul in base 16 with a 32-bit unsigned long, cut to its low 8 bits:
-// an overflow reads as all ones, a minus sign negates.
-std::uint8_t read_hex_byte(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    if (i + 1 < text.size() && text[i] == '0' && (text[i + 1] | 0x20) == 'x') i += 2;
-    std::uint32_t value = 0;
-    for (; i < text.size(); ++i) {
-        const char c = static_cast<char>(text[i] | 0x20);
-        const int digit = (c >= '0' && c <= '9') ? c - '0' : (c >= 'a' && c <= 'f') ? c - 'a' + 10 : -1;
-        if (digit < 0) break;
-        if (value > 0x0fffffffu) return 0xff;
-        value = value * 16 + static_cast<std::uint32_t>(digit);
-    }
-    return static_cast<std::uint8_t>(negative ? 0u - value : value);
-}
-
-// Leading digits of one base, as a stream extraction takes them: one sign,
-// saturating at 64 bits (a minus then negates), no digits read as 0.
-std::uint64_t read_u64(std::string_view text, int base) {
-    std::size_t i = 0;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    if (base == 0) {
-        base = 10;
-        if (i < text.size() && text[i] == '0') {
-            base = 8;
-            if (i + 1 < text.size() && (text[i + 1] | 0x20) == 'x') {
-                base = 16;
-                i += 2;
-            }
-        }
-    }
-    std::uint64_t value = 0;
-    for (; i < text.size(); ++i) {
-        const char c = static_cast<char>(text[i] | 0x20);
-        const int digit = (c >= '0' && c <= '9') ? c - '0' : (c >= 'a' && c <= 'z') ? c - 'a' + 10 : 99;
-        if (digit >= base) break;
-        const auto b = static_cast<std::uint64_t>(base);
-        if (value > (UINT64_MAX - static_cast<std::uint64_t>(digit)) / b) return UINT64_MAX;
-        value = value * b + static_cast<std::uint64_t>(digit);
-    }
-    return negative ? 0 - value : value;
 }
 
 bool within_time_bounds(const cmd_params& params, std::u16string_view text, file_info& facts) {
@@ -155,9 +95,9 @@ bool parse_filter(std::string_view text, std::vector<filter_entry>& entries) {
     to_lower(lowered);
     const std::u16string value = to_wide(lowered);
     std::vector<std::u16string> tokens;
-    if (value.find(u'|') != npos) split_wide(value, u'|', tokens);
+    if (value.find(u'|') != npos) split_text(value, u'|', tokens, true);
     // "," wins: "a|b,c" gives "a|b" and "c".
-    if (value.find(u',') != npos) split_wide(value, u',', tokens);
+    if (value.find(u',') != npos) split_text(value, u',', tokens, true);
     if (tokens.empty()) tokens.push_back(value);
     entries.resize(tokens.size());
     for (std::size_t i = 0; i < tokens.size(); ++i) {
@@ -184,7 +124,9 @@ void parse_filter_sig(std::string_view value, std::vector<filter_entry>& entries
     filter_entry entry;
     std::vector<std::string> pieces;
     split_text(tokens[0], ' ', pieces, false, false);
-    for (const std::string& piece : pieces) entry.signature.push_back(read_hex_byte(piece));
+    // Each piece is read as a hex number and cut to its low 8 bits.
+    for (const std::string& piece : pieces)
+        entry.signature.push_back(static_cast<std::uint8_t>(read_unsigned<std::uint32_t>(piece, 16)));
     if (tokens.size() == 2) parse_offset(tokens[1], entry.signature_offset);
     if (!entry.signature.empty()) entries.push_back(std::move(entry));
 }
@@ -197,18 +139,19 @@ bool parse_offset(std::string_view text, std::uint64_t& value) {
     const std::string_view rest = text.substr(first);
     if (rest.find(' ') != std::string_view::npos) return false;
     const std::size_t n = rest.size();
+    // Read into 64 bits as a stream's extraction reads; the last form finds its base itself.
     if (n > 2 && (rest[1] | 0x20) == 'x') {
         if (n - 2 > 16) return false;
-        value = read_u64(rest.substr(2), 16);
+        value = read_unsigned<std::uint64_t>(rest.substr(2), 16);
     } else if (n > 2 && (rest[0] | 0x20) == 'x') {
         if (n - 1 > 16) return false;
-        value = read_u64(rest.substr(1), 16);
+        value = read_unsigned<std::uint64_t>(rest.substr(1), 16);
     } else if ((rest[0] | 0x20) == 'o') {
         if (n - 1 > 22) return false;
-        value = read_u64(rest.substr(1), 8);
+        value = read_unsigned<std::uint64_t>(rest.substr(1), 8);
     } else {
         if (n > 20) return false;
-        value = read_u64(rest, 0);
+        value = read_unsigned<std::uint64_t>(rest, 0);
     }
     return true;
 }

@@ -20,12 +20,6 @@ bool lookup_variable(std::string_view name, std::string& value) {
     return os::get_env(std::string(name), value);
 }
 
-bool is_vss_name(std::string_view name) {
-    std::string lower(name);
-    to_lower(lower);
-    return lower == "vss";
-}
-
 // Cuts at the separator at `at` (when above 0); ".." as the name becomes "."
 // and moves onto dir behind `up`.
 bool split_at(std::string_view text, std::size_t at, std::string_view up, std::string& dir,
@@ -38,28 +32,6 @@ bool split_at(std::string_view text, std::size_t at, std::string_view up, std::s
         dir += up;
     }
     return true;
-}
-
-// Blanks off both ends, then tabs off both ends, then CRs and LFs off the
-// end, one kind after the other, as the path rules trim.
-void trim_path_text(std::string& text) {
-    auto trim_both = [&text](char c) {
-        const std::size_t first = text.find_first_not_of(c);
-        if (first == npos) {
-            text.clear();
-            return;
-        }
-        text.erase(text.find_last_not_of(c) + 1);
-        text.erase(0, first);
-    };
-    auto trim_end = [&text](char c) {
-        const std::size_t last = text.find_last_not_of(c);
-        text.erase(last == npos ? 0 : last + 1);
-    };
-    trim_both(' ');
-    trim_both('\t');
-    trim_end('\r');
-    trim_end('\n');
 }
 
 // Quotes around a path typed on a command line become blanks, to be trimmed.
@@ -89,23 +61,12 @@ std::size_t count_parent_steps(std::string_view dir, char sep) {
     return count;
 }
 
-std::vector<std::string_view> components(std::string_view path, char sep) {
-    std::vector<std::string_view> parts;
-    std::size_t begin = 0;
-    while (begin <= path.size()) {
-        std::size_t end = path.find(sep, begin);
-        if (end == npos) end = path.size();
-        if (end > begin) parts.push_back(path.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return parts;
-}
-
 // Resolves the ".." steps of dir against cwd; false when there are none, or
 // at least as many as cwd has components.
 bool resolve_parent_steps(std::string& dir, std::string_view cwd, char sep) {
     const std::size_t steps = count_parent_steps(dir, sep);
-    const std::vector<std::string_view> parts = components(cwd, sep);
+    std::vector<std::string> parts;  // empty pieces fall away
+    split_text(cwd, sep, parts, false, false);
     if (steps == 0 || steps >= parts.size()) return false;
     // A POSIX current directory starts at the root: keep that root.
     std::string resolved = !cwd.empty() && cwd.front() == sep ? std::string(1, sep) : std::string();
@@ -165,7 +126,7 @@ std::string expand_path(std::string_view text, bool allow_vss) {
             // The scan stays put: the value is looked through in turn.
             result.replace(open, close - open + 1, value);
         } else {
-            if (allow_vss && is_vss_name(name)) result.replace(open, close - open + 1, vss_prefix());
+            if (allow_vss && same_text(name, "vss")) result.replace(open, close - open + 1, vss_prefix());
             scan = close + 1;
         }
         if (result.size() > expand_limit) break;
@@ -193,8 +154,8 @@ std::string full_path(std::string_view path) { return full_path(path, os::curren
 std::string full_path(std::string_view path, std::string_view cwd) {
     std::string text(path);
     unquote(text);
-    trim_path_text(text);
-    if (text.empty()) return text;
+    // Kind by kind, as wide text trims.
+    if (!trim_each_kind(text)) return text;
     const char sep = text.find('/') != npos ? '/' : '\\';
     if (text.front() == sep) return text.size() > 1 && text[1] == sep ? text : std::string();
     std::string dir, name;

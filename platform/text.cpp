@@ -1,22 +1,36 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 #include <utility>
 
 namespace {
 
 template <typename Char>
-void lower_ascii(std::basic_string<Char>& text) {
-    for (Char& c : text) {
-        if (c >= Char('A') && c <= Char('Z')) c = static_cast<Char>(c + ('a' - 'A'));
-    }
+constexpr Char lower_ascii(Char c) {
+    return c >= Char('A') && c <= Char('Z') ? static_cast<Char>(c + ('a' - 'A')) : c;
+}
+
+template <typename Char>
+void lower_all(std::basic_string<Char>& text) {
+    for (Char& c : text) c = lower_ascii(c);
+}
+
+template <typename Char>
+bool same_letters(std::basic_string_view<Char> a, std::basic_string_view<Char> b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (lower_ascii(a[i]) != lower_ascii(b[i])) return false;
+    return true;
 }
 
 bool is_byte_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-void trim_both(std::u16string& text, char16_t c) {
+template <typename Char>
+void trim_both(std::basic_string<Char>& text, Char c) {
     const std::size_t first = text.find_first_not_of(c);
-    if (first == std::u16string::npos) {
+    if (first == std::basic_string<Char>::npos) {
         text.clear();
         return;
     }
@@ -24,19 +38,37 @@ void trim_both(std::u16string& text, char16_t c) {
     text.erase(0, first);
 }
 
-void trim_end(std::u16string& text, char16_t c) {
+template <typename Char>
+void trim_end(std::basic_string<Char>& text, Char c) {
     const std::size_t last = text.find_last_not_of(c);
-    text.erase(last == std::u16string::npos ? 0 : last + 1);
+    text.erase(last == std::basic_string<Char>::npos ? 0 : last + 1);
 }
 
-// The digits of a number as the C library's strtoul and strtol find them:
-// leading white space, one sign, for base 16 an optional 0x, then as many
-// digits of the base as there are. Anything behind them is ignored, and no
-// digits at all read as 0.
-struct scanned_number {
-    std::uint64_t magnitude = 0;  // held at most one above 32 bits
-    bool negative = false;
-};
+template <typename Char>
+bool trim_kinds(std::basic_string<Char>& text) {
+    // One kind after the other, so a blank behind a leading tab stays.
+    trim_both(text, Char(' '));
+    trim_both(text, Char('\t'));
+    trim_end(text, Char('\r'));
+    trim_end(text, Char('\n'));
+    return !text.empty();
+}
+
+template <typename Char>
+bool split_pieces(std::basic_string_view<Char> text, Char delimiter,
+                  std::vector<std::basic_string<Char>>& list, bool trim) {
+    if (text.empty()) return false;
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        std::size_t end = text.find(delimiter, start);
+        if (end == std::basic_string_view<Char>::npos) end = text.size();
+        std::basic_string<Char> piece(text.substr(start, end - start));
+        if (trim) trim_text(piece);
+        if (!piece.empty()) list.push_back(std::move(piece));
+        start = end + 1;
+    }
+    return true;
+}
 
 bool is_c_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -47,36 +79,27 @@ int digit_value(char c) {
     return 99;
 }
 
-scanned_number scan_number(std::string_view text, int base) {
-    scanned_number number;
+// White space and one sign, as every C number reader takes them first.
+std::size_t skip_front(std::string_view text, bool& negative) {
     std::size_t i = 0;
     while (i < text.size() && is_c_space(text[i])) ++i;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        number.negative = text[i] == '-';
-        ++i;
-    }
-    if (base == 16 && i + 1 < text.size() && text[i] == '0' && (text[i + 1] | 0x20) == 'x') i += 2;
-    constexpr std::uint64_t cap = std::uint64_t{1} << 32;
-    for (; i < text.size(); ++i) {
-        const int digit = digit_value(text[i]);
-        if (digit >= base) break;
-        number.magnitude = std::min(number.magnitude * base + digit, cap);
-    }
-    return number;
+    negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    return i;
 }
 
-// strtoul with a 32-bit unsigned long: an overflow gives the largest value,
-// a minus sign negates.
+bool has_hex_prefix(std::string_view text, std::size_t i) {
+    return i + 1 < text.size() && text[i] == '0' && (text[i + 1] | 0x20) == 'x';
+}
+
+// strtoul with a 32-bit unsigned long.
 std::uint32_t to_unsigned(std::string_view text, int base) {
-    const scanned_number number = scan_number(text, base);
-    if (number.magnitude >= (std::uint64_t{1} << 32)) return 0xffffffffu;
-    const auto value = static_cast<std::uint32_t>(number.magnitude);
-    return number.negative ? 0u - value : value;
+    return read_unsigned<std::uint32_t>(text, base);
 }
 
 // strtol with a 32-bit long, saturating at both limits; the bits are kept.
 std::uint32_t to_signed(std::string_view text) {
-    const scanned_number number = scan_number(text, 10);
+    const scanned_number number = scan_number(text, 10, 0xffffffffu);
     if (number.negative) {
         return number.magnitude >= 0x80000000u ? 0x80000000u
                                                : 0u - static_cast<std::uint32_t>(number.magnitude);
@@ -95,8 +118,11 @@ std::string lowered_copy(std::string_view text) {
 
 }  // namespace
 
-void to_lower(std::string& text) { lower_ascii(text); }
-void to_lower(std::u16string& text) { lower_ascii(text); }
+void to_lower(std::string& text) { lower_all(text); }
+void to_lower(std::u16string& text) { lower_all(text); }
+
+bool same_text(std::string_view a, std::string_view b) { return same_letters(a, b); }
+bool same_text(std::u16string_view a, std::u16string_view b) { return same_letters(a, b); }
 
 bool trim_text(std::string& text) {
     const auto first = std::find_if_not(text.begin(), text.end(), is_byte_blank);
@@ -110,13 +136,55 @@ bool trim_text(std::string& text) {
     return true;
 }
 
-bool trim_text(std::u16string& text) {
-    // One kind after the other, so a blank behind a leading tab stays.
-    trim_both(text, u' ');
-    trim_both(text, u'\t');
-    trim_end(text, u'\r');
-    trim_end(text, u'\n');
-    return !text.empty();
+bool trim_text(std::u16string& text) { return trim_kinds(text); }
+bool trim_each_kind(std::string& text) { return trim_kinds(text); }
+
+bool split_text(std::string_view text, char delimiter, std::vector<std::string>& list, bool trim,
+                bool keep_list) {
+    if (!keep_list) list.clear();
+    return split_pieces(text, delimiter, list, trim);
+}
+
+bool split_text(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list,
+                bool trim) {
+    list.clear();
+    return split_pieces(text, delimiter, list, trim);
+}
+
+scanned_number scan_number(std::string_view text, int base, std::uint64_t limit) {
+    scanned_number number;
+    std::size_t i = skip_front(text, number.negative);
+    if ((base == 0 || base == 16) && has_hex_prefix(text, i)) {
+        base = 16;
+        i += 2;
+    } else if (base == 0) {
+        base = i < text.size() && text[i] == '0' ? 8 : 10;
+    }
+    const auto radix = static_cast<std::uint64_t>(base);
+    for (; i < text.size(); ++i) {
+        const int digit = digit_value(text[i]);
+        if (digit >= base) break;
+        const auto value = static_cast<std::uint64_t>(digit);
+        number.end = i + 1;
+        if (number.overflow) continue;
+        if (value > limit || number.magnitude > (limit - value) / radix) {
+            number.overflow = true;
+            number.magnitude = limit;
+        } else {
+            number.magnitude = number.magnitude * radix + value;
+        }
+    }
+    return number;
+}
+
+double read_decimal(std::string_view text) {
+    bool negative = false;
+    text.remove_prefix(skip_front(text, negative));
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) return 0;
+    double value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec != std::errc()) return 0;
+    return negative ? -value : value;
 }
 
 bool parse_number(std::string_view text, std::uint32_t& value) {
@@ -156,22 +224,6 @@ bool parse_number_c(std::string_view text, std::uint32_t& value) {
         value = static_cast<unsigned char>(text[1]);
     } else {
         return false;
-    }
-    return true;
-}
-
-bool split_text(std::string_view text, char delimiter, std::vector<std::string>& list, bool trim,
-                bool keep_list) {
-    if (!keep_list) list.clear();
-    if (text.empty()) return false;
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        std::size_t end = text.find(delimiter, start);
-        if (end == std::string_view::npos) end = text.size();
-        std::string piece(text.substr(start, end - start));
-        if (trim) trim_text(piece);
-        if (!piece.empty()) list.push_back(std::move(piece));
-        start = end + 1;
     }
     return true;
 }

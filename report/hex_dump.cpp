@@ -3,20 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/digits.h"
+
 namespace {
 
-constexpr char hex_digits[] = "0123456789abcdef";
 constexpr std::size_t row_bytes = 16;
 
-// The two digits of every byte value, looked up instead of worked out.
-constexpr std::array<char, 512> hex_pairs = [] {
-    std::array<char, 512> pairs{};
-    for (std::size_t value = 0; value < 256; ++value) {
-        pairs[2 * value] = hex_digits[value >> 4];
-        pairs[2 * value + 1] = hex_digits[value & 0xf];
-    }
-    return pairs;
-}();
 // The text column: printable ASCII as it is, every other byte as ".".
 constexpr std::array<char, 256> shown_chars = [] {
     std::array<char, 256> chars{};
@@ -28,8 +20,8 @@ constexpr std::size_t hex_part_width = 49;  // 16 bytes of "xx " and the middle 
 
 // Four hex digits of the low 16 bits.
 char* put_group(char* p, std::uint64_t value) {
-    const char* high = hex_pairs.data() + 2 * ((value >> 8) & 0xff);
-    const char* low = hex_pairs.data() + 2 * (value & 0xff);
+    const char* high = digits::hex_pairs.data() + 2 * ((value >> 8) & 0xff);
+    const char* low = digits::hex_pairs.data() + 2 * (value & 0xff);
     p[0] = high[0];
     p[1] = high[1];
     p[2] = low[0];
@@ -70,7 +62,7 @@ void dump_row(uni::output_stream& out, std::span<const std::uint8_t> bytes, std:
     char* hex_start = p;
     for (std::size_t i = 0; i < count; ++i) {
         if (i == 8) *p++ = ' ';
-        const char* pair = hex_pairs.data() + 2 * row[i];
+        const char* pair = digits::hex_pairs.data() + 2 * row[i];
         p[0] = pair[0];
         p[1] = pair[1];
         p[2] = ' ';

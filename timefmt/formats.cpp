@@ -1,6 +1,9 @@
 #include "timefmt/formats.h"
 
 #include <array>
+#include <iterator>
+
+#include "platform/digits.h"
 
 namespace {
 
@@ -31,14 +34,11 @@ struct short_text {
 
 // Decimal digits of value, zero-filled on the left to at least `width`.
 void append_number(short_text& out, std::uint64_t value, std::size_t width) {
-    std::array<char, 20> digits;
-    std::size_t first = digits.size();
-    do {
-        digits[--first] = static_cast<char>('0' + value % 10);
-        value /= 10;
-    } while (value != 0);
-    for (std::size_t pad = digits.size() - first; pad < width; ++pad) out.push_back('0');
-    out.append(std::string_view(digits.data() + first, digits.size() - first));
+    char text[20];
+    const char* first = digits::put_backwards(std::end(text), value);
+    const auto size = static_cast<std::size_t>(std::end(text) - first);
+    for (std::size_t pad = size; pad < width; ++pad) out.push_back('0');
+    out.append(std::string_view(first, size));
 }
 
 void append_separator(short_text& out, char separator) {

@@ -1,7 +1,6 @@
 #include "timefmt/time_parts.h"
 
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <string>
@@ -56,24 +55,6 @@ void split_days(std::int64_t days, std::int64_t& year, std::int64_t& day_of_year
     days -= years * days_per_year;
     year = 1601 + cycles400 * 400 + cycles100 * 100 + cycles4 * 4 + years;
     day_of_year = days;
-}
-
-// What a C decimal reader makes of a field: leading blanks skipped, then as
-// much of a number as there is; 0 if there is none.
-double read_decimal(std::string_view text) {
-    std::size_t start = 0;
-    while (start < text.size() && (text[start] == ' ' || text[start] == '\t')) ++start;
-    text.remove_prefix(start);
-    bool negative = false;
-    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
-        negative = text.front() == '-';
-        text.remove_prefix(1);
-        if (!text.empty() && (text.front() == '+' || text.front() == '-')) return 0;
-    }
-    double value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc()) return 0;
-    return negative ? -value : value;
 }
 
 // The clock fields pass through a 32-byte buffer in the date reader of old;

@@ -4,9 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
-inline constexpr std::uint64_t ticks_per_second = 10000000ULL;
-inline constexpr std::uint64_t seconds_1601_to_1970 = 11644473600ULL;
-inline constexpr std::uint64_t ticks_1601_to_1970 = 116444736000000000ULL;
+#include "platform/time_scale.h"
+
 inline constexpr std::uint64_t ticks_1601_to_1900 = 94354848000000000ULL;
 
 // The clock now, as ticks: a whole number of milliseconds.

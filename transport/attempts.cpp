@@ -1,40 +1,9 @@
 #include "transport/attempts.h"
 
-#include <string_view>
-
 #include "platform/os.h"
-#include "report/hex_dump.h"
 #include "report/result_dispatch.h"
+#include "report/try_dump.h"
 #include "transport/exchange.h"
-
-namespace {
-
-constexpr std::string_view divider =
-    "-------------------------------------------------------------------------------";
-
-void write_line(uni::output_stream& out, std::string_view text) {
-    out.write(text);
-    out.end_line();
-}
-
-// Both packets of one try; a try that sent nothing shows two dividers only.
-void dump_try(uni::output_stream& out, const dns_result& result) {
-    out.end_line();
-    write_line(out, divider);
-    if (result.sent_size != 0) {
-        write_line(out, "packet that was sent");
-        dump_packet(result.sent_packet.bytes(), out);
-        out.end_line();
-    }
-    if (result.recv_size != 0) {
-        write_line(out, "packet that was recv'd");
-        dump_packet(result.recv_packet.bytes(), out);
-    }
-    write_line(out, divider);
-    out.end_line();
-}
-
-}  // namespace
 
 bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry,
                   input_params& params, row_workspace& work) {

@@ -8,15 +8,14 @@
 
 #include "platform/os.h"
 #include "platform/posix/native_path.h"
+#include "platform/time_scale.h"
 
 namespace os {
 
 namespace {
-constexpr std::uint64_t ticks_1601_to_1970 = 116444736000000000ULL;
-
 std::uint64_t to_ticks(std::int64_t seconds, std::int64_t nanoseconds) {
     if (seconds < 0) return 0;
-    return ticks_1601_to_1970 + static_cast<std::uint64_t>(seconds) * 10000000ULL +
+    return ticks_1601_to_1970 + static_cast<std::uint64_t>(seconds) * ticks_per_second +
            static_cast<std::uint64_t>(nanoseconds) / 100;
 }
 }  // namespace

@@ -8,6 +8,8 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include "platform/text.h"
+
 namespace os {
 
 bool computer_name(std::string& name) {
@@ -26,15 +28,12 @@ bool program_path(std::string& path) {
 }
 
 namespace {
-// Leading decimal digits of text at pos; pos moves behind them and one dot.
-std::uint32_t next_number(const char* text, std::size_t& pos) {
-    std::uint32_t value = 0;
-    while (text[pos] >= '0' && text[pos] <= '9') {
-        value = value * 10 + static_cast<std::uint32_t>(text[pos] - '0');
-        ++pos;
-    }
-    if (text[pos] == '.') ++pos;
-    return value;
+// The decimal number of text at pos; pos moves behind its digits and one dot.
+std::uint32_t next_number(std::string_view text, std::size_t& pos) {
+    const scanned_number number = scan_number(text.substr(pos), 10, 0xffffffffu);
+    pos += number.end;
+    if (pos < text.size() && text[pos] == '.') ++pos;
+    return static_cast<std::uint32_t>(number.magnitude);
 }
 }  // namespace
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "dns/dns_entry.h"
-#include "report/output_stream.h"
+#include "support/string_output.h"
 #include "timefmt/time_parts.h"
 
 namespace test_support {
@@ -24,17 +24,6 @@ inline std::vector<std::uint8_t> join(std::initializer_list<std::vector<std::uin
     for (const auto& group : groups) bytes.insert(bytes.end(), group.begin(), group.end());
     return bytes;
 }
-
-// Collects what is written; LF arrive as CR LF.
-struct string_output final : uni::output_stream {
-    string_output() : output_stream(64) {}
-    const std::string& text() { return flush_buffer(), bytes; }
-    bool write_bytes(const char* data, std::size_t count) override {
-        bytes.append(data, count);
-        return true;
-    }
-    std::string bytes;
-};
 
 // 2026-11-19 09:05:07.042 UTC.
 inline const std::uint64_t sample_ticks = fields_to_ticks(2026, 11, 19, 9, 5, 7, 42);

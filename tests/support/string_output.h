@@ -1,15 +1,18 @@
 #pragma once
-// A report stream for the fuzz targets: keeps what reaches the destination,
-// so a target can check what a writer produced.
+// A report stream that keeps what reaches its destination in a string, so a
+// test or a fuzz target can check what a writer produced. LF arrive as CR LF.
 
 #include <cstddef>
 #include <string>
 
 #include "report/output_stream.h"
 
-class collecting_stream final : public uni::output_stream {
+namespace test_support {
+
+class string_output final : public uni::output_stream {
 public:
-    collecting_stream() : uni::output_stream(4096) {}
+    // A small buffer by default, so that writes run into its edge often.
+    explicit string_output(std::size_t buffer_size = 64) : output_stream(buffer_size) {}
 
     // Everything written so far, buffered bytes included.
     const std::string& text() {
@@ -22,7 +25,6 @@ public:
     }
 
 protected:
-    void sync() override {}
     bool write_bytes(const char* bytes, std::size_t count) override {
         text_.append(bytes, count);
         return true;
@@ -31,3 +33,5 @@ protected:
 private:
     std::string text_;
 };
+
+}  // namespace test_support

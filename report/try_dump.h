@@ -1,0 +1,9 @@
+#pragma once
+// The -verbose listing of one try, behind its report rows.
+
+#include "report/output_stream.h"
+#include "transport/dns_result.h"
+
+// An empty line and a divider; the packet sent and the packet received,
+// each under its label where there is one; a divider and an empty line.
+void dump_try(uni::output_stream& out, const dns_result& result);
