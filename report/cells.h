@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "dns/dns_entry.h"
+#include "platform/digits.h"
 #include "report/output_stream.h"
 
 namespace cells {
@@ -87,22 +88,10 @@ std::span<const std::uint8_t> record_data(const dns_entry& entry);
 template <class Sink>
 void write_number(Sink& out, std::uint64_t value, int base = 10, std::size_t width = 0,
                   char pad = ' ') {
-    // Digits from the last one backwards; base 16 in lower case.
-    constexpr char hex_digits[] = "0123456789abcdef";
-    char digits[24];
-    char* first = digits + sizeof digits;
-    if (base == 16) {
-        do {
-            *--first = hex_digits[value & 0xf];
-            value >>= 4;
-        } while (value != 0);
-    } else {
-        do {
-            *--first = static_cast<char>('0' + value % 10);
-            value /= 10;
-        } while (value != 0);
-    }
-    const auto size = static_cast<std::size_t>(digits + sizeof digits - first);
+    char text[24];
+    char* const end = text + sizeof text;
+    const char* first = digits::put_backwards(end, value, base == 16 ? 16u : 10u);
+    const auto size = static_cast<std::size_t>(end - first);
     if (size < width) out.fill(pad, width - size);
     out.write_plain(std::string_view(first, size));
 }
@@ -122,14 +111,13 @@ void write_right(Sink& out, std::string_view text, std::size_t width) {
 // Each byte as two lower-case hex digits, joined by one blank.
 template <class Sink>
 void write_hex_bytes(Sink& out, std::span<const std::uint8_t> bytes) {
-    constexpr char hex_digits[] = "0123456789abcdef";
     // In chunks through a stack buffer: one sink call per 64 bytes.
     char chunk[64 * 3];
     std::size_t used = 0;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         if (i != 0) chunk[used++] = ' ';
-        chunk[used++] = hex_digits[bytes[i] >> 4];
-        chunk[used++] = hex_digits[bytes[i] & 0xf];
+        chunk[used++] = digits::hex_pairs[2 * bytes[i]];
+        chunk[used++] = digits::hex_pairs[2 * bytes[i] + 1];
         if (used > sizeof chunk - 3) {
             out.write_plain(std::string_view(chunk, used));
             used = 0;
