@@ -2,12 +2,12 @@
 // fileio_test's.
 #include "report/output_stream.h"
 
+#include <cstdint>
+#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -87,10 +87,9 @@ TEST(OutputStream, BlocksLeaveAtTheirLastByte) {
         {"put LF at the edge", true, {{write("abcdefg"), ""}, {put('\n'), "abcdefg\r"}, {flush, "\n"}}},
         {"line end at the edge", true, {{write("abcdef"), ""}, {end_line, "abcdef\r\n"}, {end_line, "\r\n"}}},
         {"fill with LF", true, {{fill('\n', 5), "\r\n\r\n\r\n\r\n"}, {flush, "\r\n"}}},
-        {"empty pieces on a full edge", true,
-         {{write("abcdefgh"), "abcdefgh"}, {write(""), ""}, {plain(""), ""}, {fill('x', 0), ""}, {flush, ""}}},
-        {"line ends wait for a block", false,
-         {{write("abc"), ""}, {end_line, ""}, {write("de"), ""}, {put('f'), "abc\r\ndef"}, {end_line, ""}}},
+        {"empty pieces at the edge", true, {{write("abcdefgh"), "abcdefgh"}, {write(""), ""}, {fill('x', 0), ""}}},
+        {"empty plain piece", true, {{plain("abcdefgh"), "abcdefgh"}, {plain(""), ""}, {flush, ""}}},
+        {"line ends wait", false, {{write("abc"), ""}, {end_line, ""}, {write("de"), ""}, {put('f'), "abc\r\ndef"}}},
         {"a line end gives the last byte", false, {{write("abcdef"), ""}, {end_line, "abcdef\r\n"}, {end_line, ""}}},
         {"what is left waits for a flush", false, {{fill('.', 9), "........"}, {end_line, ""}, {flush, ".\r\n"}}},
     };
