@@ -20,11 +20,9 @@ public:
     output_stream& operator=(const output_stream&) = delete;
 
     // The short pieces of a row take the inline paths: room in the buffer
-    // and no LF to translate. A piece never fills the buffer to its last
-    // byte there, so blocks leave exactly as they would byte by byte.
+    // and no LF to translate.
     void write(std::string_view text) {
-        if (text.size() < capacity_ - used_ && !failed_ &&
-            (text.empty() || std::memchr(text.data(), '\n', text.size()) == nullptr)) {
+        if (fits(text.size()) && (text.empty() || std::memchr(text.data(), '\n', text.size()) == nullptr)) {
             copy_in(text.data(), text.size());
             return;
         }
@@ -33,14 +31,14 @@ public:
     void write(const char* bytes, std::size_t count) { write(std::string_view(bytes, count)); }
     // Text known to hold no LF (digits, fixed words): no scan.
     void write_plain(std::string_view text) {
-        if (text.size() < capacity_ - used_ && !failed_) {
+        if (fits(text.size())) {
             copy_in(text.data(), text.size());
             return;
         }
         write_lines(text);
     }
     void put(char c) {
-        if (c != '\n' && used_ + 1 < capacity_ && !failed_) {
+        if (c != '\n' && fits(1)) {
             buffer_[used_++] = c;
             return;
         }
@@ -48,7 +46,7 @@ public:
     }
     // `count` copies of `c` (padding of a cell).
     void fill(char c, std::size_t count) {
-        if (c != '\n' && count < capacity_ - used_ && !failed_) {
+        if (c != '\n' && fits(count)) {
             std::memset(buffer_.get() + used_, c, count);
             used_ += count;
             return;
@@ -69,6 +67,11 @@ protected:
     virtual bool write_bytes(const char* bytes, std::size_t count) = 0;
 
 private:
+    // The one test of the inline paths: room for `count` bytes with one to
+    // spare. A piece taken there never fills the buffer to its last byte, so
+    // the general paths see every full buffer and hand it on with its last
+    // byte, and blocks leave exactly as they would byte by byte.
+    bool fits(std::size_t count) const { return count < capacity_ - used_ && !failed_; }
     void copy_in(const char* bytes, std::size_t count) {
         if (count != 0) std::memcpy(buffer_.get() + used_, bytes, count);
         used_ += count;

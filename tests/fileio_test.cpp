@@ -9,24 +9,33 @@ namespace {
 constexpr std::size_t block = uni::fileio_output::block_size;
 
 TEST(Fileio, ResultsStreamWritesWholeBlocks) {
-    // A report that exactly fills the buffer may go out at its last byte or at the close, but never in part.
-    for (std::size_t total : {block - 1, block, block + 1}) {
-        test_support::temp_dir dir;
-        uni::fileio results;
-        ASSERT_TRUE(results.open_results(dir / "r.txt", true));
-        results.make_stream()->fill('f', total);
-        const auto size_open = std::filesystem::file_size(dir / "r.txt");
-        EXPECT_TRUE(size_open == (total < block ? 0 : block) || (total == block && size_open == 0)) << total;
-        results.close();
-        std::string bytes;
-        EXPECT_TRUE(read_all(bytes, dir / "r.txt") && bytes == std::string(total, 'f')) << total;
-        EXPECT_TRUE(results.known_size() == static_cast<std::int64_t>(total) && !results.is_open());
+    // A line end stays in the buffer; a block goes out when its last byte comes in, be it the LF of a line end or
+    // the last of a run of padding, and the close writes the rest.
+    for (bool line_end_last : {true, false}) {
+        for (std::size_t total : {block - 1, block, block + 1, 2 * block}) {
+            test_support::temp_dir dir;
+            uni::fileio results;
+            ASSERT_TRUE(results.open_results(dir / "r.txt", true));
+            uni::fileio_output& out = *results.make_stream();
+            const std::string padding(total - 2, 'f');
+            const std::string what = std::to_string(total) + (line_end_last ? " bytes, line end last" : " bytes");
+            if (line_end_last) out.fill('f', padding.size()), out.end_line();
+            else out.end_line(), out.fill('f', padding.size());
+            EXPECT_EQ(std::filesystem::file_size(dir / "r.txt"), total / block * block) << what;
+            results.close();
+            std::string bytes;
+            EXPECT_TRUE(read_all(bytes, dir / "r.txt")) << what;
+            EXPECT_EQ(bytes, line_end_last ? padding + "\r\n" : "\r\n" + padding) << what;
+            EXPECT_EQ(results.known_size(), static_cast<std::int64_t>(total)) << what;
+            EXPECT_FALSE(results.is_open()) << what;
+        }
     }
     uni::fileio full;  // a device that refuses writes
     ASSERT_TRUE(full.open_results("/dev/full", true));
     uni::fileio_output& out = *full.make_stream();
     out.fill('f', block + 1);
-    EXPECT_TRUE(out.failed() && !out.flush_buffer());
+    EXPECT_TRUE(out.failed());
+    EXPECT_FALSE(out.flush_buffer());
 }
 
 }  // namespace

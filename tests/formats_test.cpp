@@ -8,13 +8,20 @@ namespace {
 
 TEST(Formats, AcceptedAndRendered) {
     const std::tuple<const char*, bool, bool, std::size_t> texts[] = {  // text, date ok, time ok, time column
-        {"yyyy-mm-dd", true, false, 0}, {"dd-mmm-yy", false, false, 0}, {"hh:mm:ss", true, true, 8},
-        {"hh:mm", false, false, 0}, {"hh:mm:ss.xxx", false, true, 12}, {"hh:mm:ssxxxx", false, true, 0},
-        {"hh:mm:ss.xxxxxxxxx", false, true, 18}, {"hh:mm:ss.xxxxxxxxxx", false, false, 0},
+        {"yyyy-mm-dd", true, false, 0},
+        {"dd-mmm-yy", false, false, 0},
+        {"hh:mm:ss", true, true, 8},
+        {"hh:mm", false, false, 0},
+        {"hh:mm:ss.xxx", false, true, 12},
+        {"hh:mm:ssxxxx", false, true, 0},
+        {"hh:mm:ss.xxxxxxxxx", false, true, 18},
+        {"hh:mm:ss.xxxxxxxxxx", false, false, 0},
     };
-    for (const auto& [text, date_ok, time_ok, width] : texts)
-        EXPECT_TRUE(date_format_acceptable(text) == date_ok && time_format_acceptable(text) == time_ok &&
-                    time_column_width(text) == width) << text;
+    for (const auto& [text, date_ok, time_ok, width] : texts) {
+        EXPECT_EQ(date_format_acceptable(text), date_ok) << text;
+        EXPECT_EQ(time_format_acceptable(text), time_ok) << text;
+        EXPECT_EQ(time_column_width(text), width) << text;
+    }
     // Date and time format, pair, understood, date and time texts of 2026-11-19 09:05:07.042.
     const std::tuple<const char*, const char*, bool, bool, const char*, const char*> rows[] = {
         {"yyyy-mm-dd", "hh:mm:ss.xxx", false, true, "2026-11-19", "09:05:07.042"},

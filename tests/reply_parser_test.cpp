@@ -33,16 +33,25 @@ TEST(ReplyParser, FullReply) {
         {0xc0, 12, 0, 16, 0, 1, 0, 0, 0, 60, 0, 3, 2, 'h', 'i'},   // 68: a.bc. TXT "hi", ends at 83
     }));
     const parsed p(message);
-    EXPECT_TRUE(p.result == 83u && p.id == 0x012a);
+    EXPECT_EQ(p.result, 83u);
+    EXPECT_EQ(p.id, 0x012a);
     ASSERT_EQ(p.sizes(), (std::array<std::size_t, 4>{1, 2, 1, 1}));
-    EXPECT_EQ(p.lists[0][0].query + p.lists[1][1].query + std::to_string(p.lists[1][0].ttl_secs), "a.bc.x.a.bc.3600");
+    EXPECT_EQ(p.lists[0][0].query, "a.bc.");
+    EXPECT_EQ(p.lists[1][1].query, "x.a.bc.");
+    EXPECT_EQ(p.lists[1][0].ttl_secs, 3600u);
     const auto raw = p.lists[1][0].raw_data();  // only answers carry raw data; the others keep offset and length
     EXPECT_EQ(bytes(raw.begin(), raw.end()), (bytes{1, 'x', 0xc0, 12}));
-    EXPECT_TRUE(p.lists[3][0].data_offset == 80 && p.lists[3][0].data_length == 3 && p.lists[3][0].raw_data().empty());
-    for (const auto& list : p.lists)
-        for (const dns_entry& e : list)  // all share the one message
-            EXPECT_TRUE(e.packet.data() == message.data() && e.packet_id == 0x012a && e.query_time == 1234u &&
-                        e.dns_server == "192.0.2.53");
+    EXPECT_EQ(p.lists[3][0].data_offset, 80u);
+    EXPECT_EQ(p.lists[3][0].data_length, 3u);
+    EXPECT_TRUE(p.lists[3][0].raw_data().empty());
+    for (const auto& list : p.lists) {
+        for (const dns_entry& e : list) {  // all share the one message
+            EXPECT_EQ(e.packet.data(), message.data()) << e.query;
+            EXPECT_EQ(e.packet_id, 0x012a) << e.query;
+            EXPECT_EQ(e.query_time, 1234u) << e.query;
+            EXPECT_EQ(e.dns_server, "192.0.2.53") << e.query;
+        }
+    }
 }
 
 TEST(ReplyParser, CountsTruncationsAndFaults) {
@@ -53,8 +62,10 @@ TEST(ReplyParser, CountsTruncationsAndFaults) {
     const bytes long_rr{0, 0, 1, 0, 1, 0, 0, 0, 60, 0, 5, 192, 0, 2, 1};  // says 5, has 4
     // What, message, result (~0: its length), entries stored in the four lists.
     const std::tuple<const char*, bytes, std::uint32_t, std::array<std::size_t, 4>> rows[] = {
-        {"QR clear", {0x2a, 0, 0x01, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1}, 0, {}}, {"empty message", {}, 0, {}},
-        {"shorter than a header", {0x2a, 0x00, 0x80}, 12, {}}, {"counts say more", header(5, 5, 5, 5), 12, {}},
+        {"QR clear", {0x2a, 0, 0x01, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1}, 0, {}},
+        {"empty message", {}, 0, {}},
+        {"shorter than a header", {0x2a, 0x00, 0x80}, 12, {}},
+        {"counts say more", header(5, 5, 5, 5), 12, {}},
         {"answer count above the records", join({header(0, 5, 0, 0), a_rr, a_rr}), ~0u, {0, 2, 0, 0}},
         {"answer count below the records", join({header(0, 1, 0, 0), a_rr, a_rr}), 27, {0, 1, 0, 0}},
         {"RDATA past the end", join({header(0, 2, 0, 0), a_rr, long_rr}), 0, {0, 1, 0, 0}},

