@@ -5,7 +5,7 @@
 
 #include "input/filter.h"
 #include "input/stdin_stream.h"
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "support/fixtures.h"
 
 namespace {

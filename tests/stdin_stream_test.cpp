@@ -4,7 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "support/fixtures.h"
 
 using namespace std::string_literals;
