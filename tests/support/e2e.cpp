@@ -34,16 +34,6 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
     return result;
 }
 
-std::vector<std::string> lines_of(std::string_view body) {
-    std::vector<std::string> lines;
-    while (!body.empty()) {
-        const std::size_t end = std::min(body.find("\r\n"), body.size());
-        lines.emplace_back(body.substr(0, end));
-        body.remove_prefix(std::min(body.size(), end + 2));
-    }
-    return lines;
-}
-
 std::string expand(std::string_view text, std::uint16_t id, std::string_view server) {
     char id4[8], id1[8], xx[4];
     std::snprintf(id4, sizeof id4, "%04x", id);
@@ -88,16 +78,6 @@ std::time_t instant_of(const std::string& text) {
 }
 
 }  // namespace
-
-std::vector<std::string_view> cells_of(std::string_view line, std::string_view separator) {
-    std::vector<std::string_view> cells;
-    for (std::size_t at; cells.size() < 12 && (at = line.find(separator)) != std::string_view::npos;
-         line.remove_prefix(at + separator.size()))
-        cells.push_back(line.substr(0, at));
-    cells.push_back(line);
-    if (cells.size() < 13 || cells[1].find("comment") != std::string_view::npos) return {};
-    return cells;
-}
 
 std::string_view report_body(std::string_view out) {
     for (std::string_view blank : {"\r\n\r\n", "\n\n"})
