@@ -37,7 +37,7 @@ std::uint32_t ipv4_address(const char* text);
 // One sendto of up to `length` bytes to address:port (port in host order).
 // Result: the bytes taken, or -1.
 std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
-                   std::uint32_t address, std::uint16_t port);
+                           std::uint32_t address, std::uint16_t port);
 // Waits up to timeout_secs whole seconds (0: look once) for the socket to
 // become readable. True when it is.
 bool wait_readable(socket_handle handle, std::uint32_t timeout_secs);

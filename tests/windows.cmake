@@ -7,6 +7,10 @@
 # No GoogleTest is packaged for mingw: it is built from the sources that
 # libgtest-dev ships.
 set(VEXA_GTEST_SOURCE_DIR /usr/src/googletest CACHE PATH "GoogleTest sources, built for Windows")
+if(NOT EXISTS ${VEXA_GTEST_SOURCE_DIR}/CMakeLists.txt)
+  message(FATAL_ERROR "No GoogleTest sources in ${VEXA_GTEST_SOURCE_DIR}: install libgtest-dev, "
+                      "set VEXA_GTEST_SOURCE_DIR, or configure with -DVEXA_TESTS=OFF")
+endif()
 set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory(${VEXA_GTEST_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)

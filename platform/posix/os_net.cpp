@@ -36,7 +36,7 @@ std::uint32_t ipv4_address(const char* text) {
 }
 
 std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
-                   std::uint32_t address, std::uint16_t port) {
+                           std::uint32_t address, std::uint16_t port) {
     sockaddr_in to{};
     to.sin_family = AF_INET;
     to.sin_port = htons(port);
