@@ -49,6 +49,7 @@ const redirection_calls& redirection() {
     static const redirection_calls calls = [] {
         redirection_calls found;
         const HMODULE kernel = LoadLibraryA("kernel32.dll");
+        // All three are looked up; switching needs only the last two.
         look_up<FARPROC>(kernel, "Wow64EnableWow64FsRedirection");
         found.disable = look_up<disable_redirection>(kernel, "Wow64DisableWow64FsRedirection");
         found.revert = look_up<revert_redirection>(kernel, "Wow64RevertWow64FsRedirection");
