@@ -47,21 +47,6 @@ bool matches(const std::string& text, const std::string& pattern) {
            text.starts_with(pattern.substr(0, star)) && text.ends_with(pattern.substr(star + 1));
 }
 
-// "name/type" of every query the server saw, joined by blanks.
-std::string seen(const responder& server) {
-    std::string text;
-    for (const datagram& q : server.queries()) {
-        std::string name;
-        std::size_t at = 12;
-        for (; at < q.size() && q[at] != 0; at += 1 + q[at])
-            name.append(name.empty() ? "" : ".")
-                .append(q.begin() + at + 1, q.begin() + std::min<std::size_t>(q.size(), at + 1 + q[at]));
-        const unsigned type = at + 2 < q.size() ? (q[at + 1] << 8 | q[at + 2]) : 0;
-        text += (text.empty() ? "" : " ") + name + "/" + std::to_string(type);
-    }
-    return text;
-}
-
 std::size_t count_of(const std::string& text, const std::string& part) {
     std::size_t n = 0;
     for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++n;

@@ -50,4 +50,21 @@ TEST(E2eWindows, WideArgumentsBecomeUtf8) {
     EXPECT_NE(r.run.out.find("caf\xC3\xA9.b"), std::string::npos) << r.run.out;
 }
 
+// A walk gives each named stream of a file as a path of its own, "x.txt:alt"
+// before "x.txt". Wine has no streams: there the helper fails, or makes a
+// file of that name, which the walk (sorted by name, taken in reverse) also
+// gives before x.txt. Either way the stream's path comes first when it exists.
+TEST(E2eWindows, NamedStreamsOfAWalk) {
+    if (!target().windows) GTEST_SKIP() << "vexa.exe only";
+    temp_dir dir;
+    dir.put("x.txt", "x");
+    const std::string file = on_drive_z(dir.root / "x.txt");
+    const bool stream_made = run_helper({"stream", file + ":alt"}) == 0;
+    responder server(silent());
+    const vexa_run run = run_vexa({"-url_pipe", "-enumdir", on_drive_z(dir.root), "-timeout", "0", "-server",
+                                   server.address()});
+    EXPECT_EQ(run.exit_code, 0) << run.err;
+    EXPECT_EQ(seen(server), (stream_made ? file + ":alt/1 " : "") + file + "/1");
+}
+
 }  // namespace

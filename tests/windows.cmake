@@ -28,16 +28,16 @@ target_compile_options(vexa_unit_tests PRIVATE ${VEXA_WARNINGS})
 # build would stand outside the tests' private network.
 gtest_discover_tests(vexa_unit_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 
-# A second Windows process that waits for the event of -signal.
-add_executable(vexa_event_probe ${CMAKE_CURRENT_SOURCE_DIR}/support/event_probe_win32.cpp)
-target_compile_options(vexa_event_probe PRIVATE ${VEXA_WARNINGS})
+# A second Windows program: waits for the event of -signal, makes a named stream.
+add_executable(vexa_test_helper ${CMAKE_CURRENT_SOURCE_DIR}/support/helper_win32.cpp)
+target_compile_options(vexa_test_helper PRIVATE ${VEXA_WARNINGS})
 
 set(VEXA_HOST_BUILD_DIR "" CACHE PATH "A Linux build of vexa whose end-to-end tests run vexa.exe")
 if(VEXA_HOST_BUILD_DIR)
   set(target_environment
     VEXA_TEST_PROGRAM=$<TARGET_FILE:vexa>
     VEXA_TEST_LAUNCHER=${CMAKE_CROSSCOMPILING_EMULATOR}
-    VEXA_TEST_EVENT_PROBE=$<TARGET_FILE:vexa_event_probe>)
+    VEXA_TEST_HELPER=$<TARGET_FILE:vexa_test_helper>)
   add_test(NAME vexa_exe_e2e COMMAND ${VEXA_HOST_BUILD_DIR}/tests/vexa_tests --gtest_filter=E2e*)
   add_test(NAME vexa_exe_interop COMMAND ${VEXA_HOST_BUILD_DIR}/tests/vexa_interop_tests)
   set_tests_properties(vexa_exe_e2e vexa_exe_interop PROPERTIES ENVIRONMENT "${target_environment}" TIMEOUT 600)

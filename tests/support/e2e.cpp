@@ -34,6 +34,20 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
     return result;
 }
 
+std::string seen(const responder& server) {
+    std::string text;
+    for (const datagram& q : server.queries()) {
+        std::string name;
+        std::size_t at = 12;
+        for (; at < q.size() && q[at] != 0; at += 1 + q[at])
+            name.append(name.empty() ? "" : ".")
+                .append(q.begin() + at + 1, q.begin() + std::min<std::size_t>(q.size(), at + 1 + q[at]));
+        const unsigned type = at + 2 < q.size() ? (q[at + 1] << 8 | q[at + 2]) : 0;
+        text += (text.empty() ? "" : " ") + name + "/" + std::to_string(type);
+    }
+    return text;
+}
+
 std::string expand(std::string_view text, std::uint16_t id, std::string_view server) {
     char id4[8], id1[8], xx[4];
     std::snprintf(id4, sizeof id4, "%04x", id);

@@ -20,7 +20,7 @@ namespace test_support {
 // (vexa.exe through Wine). A Windows target's standard error is in text
 // mode: every LF arrives as CR LF, and run_vexa gives it back as LF.
 struct target_program {
-    std::string program, launcher, event_probe;
+    std::string program, launcher, helper;
     bool windows = false;
 };
 const target_program& target();
@@ -30,7 +30,7 @@ std::vector<std::string> command_for(const std::vector<std::string>& args);
 std::string program_seen();
 
 // Watches the named event of -signal over one run: a named semaphore on
-// Linux; for a Windows target a second Windows program (VEXA_TEST_EVENT_PROBE)
+// Linux; for a Windows target a second Windows program (VEXA_TEST_HELPER)
 // that holds the event open while the tool runs.
 class event_watch {
 public:
@@ -45,6 +45,10 @@ private:
     std::string name_;
     int pid_ = -1, to_probe_ = -1;
 };
+
+// Runs the Windows test helper (support/helper_win32.cpp) through the
+// launcher; its exit code, -1 if it could not run.
+int run_helper(const std::vector<std::string>& args);
 
 // Runs the target as a child process: arguments (program name not
 // included), bytes on its standard input, a hard time limit.
@@ -67,6 +71,8 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
 
 // The query's two ID bytes in front of `rest` (which starts at the flags).
 datagram with_id(const datagram& query, const datagram& rest);
+// "name/type" of every query the server saw, joined by blanks.
+std::string seen(const responder& server);
 // Answers every query with `rest` behind the query's own ID.
 reply_handler answer(datagram rest);
 // The ID of a query as the report shows it: first byte low, second high.

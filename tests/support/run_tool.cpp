@@ -73,7 +73,7 @@ pid_t start(const std::vector<std::string>& words, const int fds[3]) {
 const target_program& target() {
     static const target_program program = [] {
         target_program t{from_environment("VEXA_TEST_PROGRAM", VEXA_BINARY), from_environment("VEXA_TEST_LAUNCHER"),
-                         from_environment("VEXA_TEST_EVENT_PROBE"), false};
+                         from_environment("VEXA_TEST_HELPER"), false};
         t.windows = t.program.ends_with(".exe");
         return t;
     }();
@@ -118,6 +118,20 @@ vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input, 
     return run;
 }
 
+int run_helper(const std::vector<std::string>& args) {
+    std::vector<std::string> words;
+    if (!target().launcher.empty()) words.push_back(target().launcher);
+    words.push_back(target().helper);
+    words.insert(words.end(), args.begin(), args.end());
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    const int fds[3] = {null, null, null};
+    const pid_t pid = start(words, fds);
+    if (null >= 0) ::close(null);
+    int status = 0;
+    if (pid <= 0 || ::waitpid(pid, &status, 0) != pid || !WIFEXITED(status)) return -1;
+    return WEXITSTATUS(status);
+}
+
 event_watch::event_watch(std::string name) : name_(std::move(name)) {
     if (!target().windows) {
         ::sem_unlink(("/" + name_).c_str());
@@ -131,7 +145,7 @@ event_watch::event_watch(std::string name) : name_(std::move(name)) {
     }
     std::vector<std::string> words;
     if (!target().launcher.empty()) words.push_back(target().launcher);
-    words.insert(words.end(), {target().event_probe, name_});
+    words.insert(words.end(), {target().helper, "event", name_});
     const int fds[3] = {in[0], out[1], -1};
     pid_ = start(words, fds);
     ::close(in[0]), ::close(out[1]);
@@ -145,7 +159,7 @@ event_watch::event_watch(std::string name) : name_(std::move(name)) {
         said.append(chunk, static_cast<std::size_t>(n));
     }
     ::close(out[0]);
-    EXPECT_NE(said.find("ready"), std::string::npos) << "the event probe " << target().event_probe << " did not start";
+    EXPECT_NE(said.find("ready"), std::string::npos) << "the test helper " << target().helper << " did not start";
 }
 
 bool event_watch::was_set() {
