@@ -5,7 +5,7 @@
 #include "dns/query_builder.h"
 #include "input/filter.h"
 #include "input/stdin_stream.h"
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "platform/fileio.h"
 #include "platform/os.h"
 #include "transport/attempts.h"

@@ -10,6 +10,7 @@
 #include "driver/run_record.h"
 #include "driver/tool_options.h"
 #include "platform/fileio.h"
+#include "platform/os.h"
 #include "report/fileio_output.h"
 #include "report/output_stream.h"
 #include "transport/attempts.h"
@@ -72,7 +73,12 @@ int run_tool(arg_list& args) {
     run_guard guard;
     input_params params;
     std::string record;
-    build_run_record(args, record);
+    // Help, or a command line of the program name alone, ends the run here,
+    // through the caller, who restores the console.
+    os::start_stage_begin();
+    const bool made = build_run_record(args, record);
+    os::start_stage_end();
+    if (!made) return args.empty() ? -1 : 0;
     uni::console_output console;
     if (!parse_tool_options(params, args)) {
         console.write(record);

@@ -1,7 +1,5 @@
 #include "driver/run_record.h"
 
-#include <cstdlib>
-
 #include "driver/messages.h"
 #include "platform/host_identity.h"
 #include "timefmt/formats.h"
@@ -50,14 +48,14 @@ void append_machine(std::string& record) {
 
 const std::string& tool_banner() { return banner_text(); }
 
-void build_run_record(const arg_list& args, std::string& record) {
-    if (args.empty()) std::exit(255);
+bool build_run_record(const arg_list& args, std::string& record) {
+    if (args.empty()) return false;
     if (has_flag(bom_flag, args)) record += "\xEF\xBB\xBF";
     time_parts now;
     banner_text() = std::string(tool_name) + " ver: " + std::string(tool_version);
     if (help_asked(args)) {
         show_usage();
-        std::exit(0);
+        return false;
     }
     record += tool_banner();
     record += '\n';
@@ -71,4 +69,5 @@ void build_run_record(const arg_list& args, std::string& record) {
     join_args(echo, args, '\'');
     record += echo;
     record += "\"\n";
+    return true;
 }

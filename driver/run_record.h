@@ -23,7 +23,8 @@ inline constexpr std::string_view record_clock_format = "hh:mm:ss";
 inline constexpr std::string_view bom_flag = "-bom";
 
 // Makes the run record into `record`. Answers a request for help (or a bare
-// command line) by writing the help text and ending the process with 0.
-void build_run_record(const arg_list& args, std::string& record);
+// command line) by writing the help text instead: false then, and the run
+// ends there with 0 (an empty list also gives false).
+bool build_run_record(const arg_list& args, std::string& record);
 // The help text, on the standard error.
 void show_usage();

@@ -13,7 +13,7 @@
 #include "driver/cmd_params.h"
 #include "fuzz/fuzz_input.h"
 #include "input/filter.h"
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "platform/fileio.h"
 
 namespace {

@@ -5,7 +5,6 @@
 
 #include "input/filter.h"
 #include "input/stdin_stream.h"
-#include "input/text_convert.h"
 #include "platform/os.h"
 #include "platform/text.h"
 
@@ -18,28 +17,6 @@ constexpr std::u16string_view long_prefix = u"\\\\?\\";
 // The length of a shadow copy device path, which keeps its prefix.
 constexpr std::size_t shadow_path_length = 46;
 constexpr std::size_t max_plain_path = 256;
-
-// What a search for path + "*.*" finds: the entries of the directory part
-// of path whose names begin (in any case) with the rest of it.
-bool find_entries(const std::u16string& path, std::vector<os::dir_item>& items) {
-    const std::size_t cut = path.find_last_of(u"\\/");
-    const std::u16string dir = cut == npos ? std::u16string(u".") : path.substr(0, cut + 1);
-    const std::string prefix = to_utf8(cut == npos ? path : path.substr(cut + 1));
-    if (!os::list_directory(to_utf8(dir), items)) return false;
-    if (!prefix.empty()) {
-        std::erase_if(items, [&](const os::dir_item& item) {
-            return !same_text(std::string_view(item.name).substr(0, prefix.size()), prefix);
-        });
-    }
-    return true;
-}
-
-// A name that path text can't carry: a star would read as a step to resolve,
-// a backslash as a separator, and bytes that aren't UTF-8 have no wide form.
-bool name_to_wide(const std::string& name, std::u16string& wide) {
-    wide = to_wide(name);
-    return !wide.empty() && wide.find_first_of(u"*\\") == npos;
-}
 
 }  // namespace
 
@@ -57,7 +34,7 @@ bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool 
     if (path.empty() || path == u"." || path == u"..") return false;
     if (path.size() > max_plain_path && !path.starts_with(long_prefix)) path.insert(0, long_prefix);
     std::vector<os::dir_item> items;
-    if (!find_entries(path, items)) return false;
+    if (!os::find_entries(path, items)) return false;
     // The base drops one trailing backslash; after any other last character
     // a backslash is added, so "a/b/" gives "a/b/\" and the paths "a/b/\/x".
     std::u16string base = path;
@@ -68,16 +45,22 @@ bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool 
     }
     const char16_t sep = use_slash ? u'/' : u'\\';
     const std::size_t before = entries.size();
-    std::u16string name;
+    std::vector<std::u16string> streams;
     for (const os::dir_item& item : items) {
-        if (!name_to_wide(item.name, name)) continue;
         if (dirs_only && !item.is_directory) continue;
         std::u16string full = base;
         full += sep;
-        full += name;
+        full += item.name;
         if (dirs_only) full += sep;
-        // This file system has no named streams, so a file is one entry.
-        entries.push_back({std::move(full), item.is_directory});
+        if (item.is_directory) {
+            entries.push_back({std::move(full), true});
+            continue;
+        }
+        // A file, then each of its named streams as "file:name".
+        os::named_streams(full, streams);
+        entries.push_back({std::move(full), false});
+        const std::size_t file_at = entries.size() - 1;
+        for (const std::u16string& stream : streams) entries.push_back({entries[file_at].path + stream, false});
     }
     return entries.size() > before;
 }

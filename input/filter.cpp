@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "driver/cmd_params.h"
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "platform/fileio.h"
 #include "platform/paths.h"
 #include "platform/text.h"
@@ -39,7 +39,7 @@ void fill_entry(std::u16string token, filter_entry& entry) {
 }
 
 bool within_time_bounds(const cmd_params& params, std::u16string_view text, file_info& facts) {
-    if (facts.write_time == 0 && (!get_file_info(facts, to_utf8(text)) || facts.write_time == 0))
+    if (facts.write_time == 0 && (!get_file_info(facts, text) || facts.write_time == 0))
         return false;
     const time_bound& start = params.start_filter;
     if (start.active && facts.write_time < start.file_time && facts.create_time < start.file_time)

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "platform/os.h"
 
 namespace uni {
@@ -22,7 +22,7 @@ bool stdin_stream::fill() {
     // The owner may mark the stream open although there was no input to
     // allocate for; that reads as an empty input.
     if (at_end_ || !line_buffer) return false;
-    long got = os::read_stdin(line_buffer.get(), read_chunk);
+    std::int64_t got = os::read_stdin(line_buffer.get(), read_chunk);
     if (got <= 0) {
         at_end_ = true;
         return false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/paths.h"
+#include "platform/text_convert.h"
 #include "report/fileio_output.h"
 
 namespace uni {
@@ -13,6 +14,12 @@ constexpr std::size_t read_chunk = 0x10000000;
 
 os::open_mode write_mode(bool truncate) {
     return truncate ? os::open_mode::write_truncate : os::open_mode::write_existing;
+}
+
+// "\\?\" in front of the full path; a path with a drive ("c:...") or of two
+// characters at most is taken as it stands.
+std::string long_form(const std::string& path) {
+    return "\\\\?\\" + (path.size() > 2 && path[1] != ':' ? full_path(path) : path);
 }
 }  // namespace
 
@@ -55,6 +62,9 @@ bool fileio::open_with(std::string_view path, bool writable, os::open_mode mode)
     // A read-only results file is overwritten, not refused.
     if (writable) os::file_make_writable(path_);
     fd_ = os::file_open(path_, mode);
+    // A path too long for the plain form, or one the system can't follow
+    // that way, gets one more try in the long form; the stored path stays.
+    if (fd_ == os::invalid_file && os::long_form_may_help()) fd_ = os::file_open(long_form(path_), mode);
     if (fd_ == os::invalid_file) return false;
     opened_ = true;
     size_ = size();
@@ -89,7 +99,7 @@ bool fileio::read_at(std::string& out, std::size_t count, std::uint64_t offset) 
     out.resize(static_cast<std::size_t>(std::min<std::uint64_t>(count, to_end)));
     std::size_t filled = 0;
     while (filled < out.size()) {
-        const long got = os::file_read(fd_, out.data() + filled, std::min(out.size() - filled, read_chunk));
+        const std::int64_t got = os::file_read(fd_, out.data() + filled, std::min(out.size() - filled, read_chunk));
         if (got <= 0) break;
         filled += static_cast<std::size_t>(got);
     }
@@ -132,13 +142,14 @@ bool read_all(std::string& out, std::string_view path) {
     return count != 0 && file.read_at(out, count, 0);
 }
 
-bool get_file_info(file_info& info, std::string_view path) {
+bool get_file_info(file_info& info, std::u16string_view path) {
     info = file_info{};
-    // Only a path is looked up: a host name or a bare word never reaches the disk.
-    if (path.find_first_of("/\\") == std::string_view::npos) return false;
+    if (path.empty()) return false;
     os::file_facts facts;
-    if (!os::file_stat(std::string(path), facts)) return false;
+    if (!os::file_times(path, facts)) return false;
     info.write_time = facts.write_time;
     info.create_time = facts.create_time;
     return true;
 }
+
+bool get_file_info(file_info& info, std::string_view path) { return get_file_info(info, to_wide(path)); }

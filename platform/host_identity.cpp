@@ -36,14 +36,8 @@ std::string get_module_path() {
 }
 
 void get_system_identity(system_identity& identity) {
-    os::system_release release;
-    bool known = os::system_info(release);
-    identity.is_64bit = release.is_64bit;
-    identity.os_name = known && !release.os_name.empty() ? release.os_name : "<unk>";
-    identity.version_from_file = false;
-    identity.os_version = std::to_string(release.major) + "." + std::to_string(release.minor) + ".-";
-    identity.os_build = std::to_string(release.major) + "." + std::to_string(release.minor) + "." +
-                        std::to_string(release.patch);
+    identity = system_identity{};
+    os::get_system_identity(identity);
 }
 
 void write_system_fields(const system_identity& identity, std::string& out,

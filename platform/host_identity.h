@@ -4,18 +4,13 @@
 #include <string>
 #include <string_view>
 
-struct system_identity {
-    bool is_64bit = false;
-    std::string os_name;
-    std::string os_version;  // "major.minor.-"
-    std::string os_build;    // "major.minor.build"
-    bool version_from_file = false;
-};
+#include "platform/system_identity.h"
 
 // The computer's name, "<unk>" if the system can't tell.
 std::string get_host_name();
 // Full path of the running program, empty on failure.
 std::string get_module_path();
+// The system's facts: filled by the platform (platform/os.h).
 void get_system_identity(system_identity& identity);
 // os_name, os_version, os_build, word size, joined by separator; each field
 // has separator replaced by replacement first.

@@ -5,11 +5,15 @@
 //
 // Paths are handed in as the tool's own path text (Windows form, backslashes
 // allowed); the implementation turns them into what its system expects.
+// Byte counts are 64-bit on every platform (long is 32 bits on Win64).
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "platform/system_identity.h"
 
 namespace os {
 
@@ -32,13 +36,13 @@ void socket_shutdown_send(socket_handle handle);
 std::uint32_t ipv4_address(const char* text);
 // One sendto of up to `length` bytes to address:port (port in host order).
 // Result: the bytes taken, or -1.
-long send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
-                   std::uint32_t address, std::uint16_t port);
+std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
+                           std::uint32_t address, std::uint16_t port);
 // Waits up to timeout_secs whole seconds (0: look once) for the socket to
 // become readable. True when it is.
 bool wait_readable(socket_handle handle, std::uint32_t timeout_secs);
 // One recvfrom into buffer. Result: the datagram's length, or -1.
-long receive_datagram(socket_handle handle, std::uint8_t* buffer, std::size_t capacity);
+std::int64_t receive_datagram(socket_handle handle, std::uint8_t* buffer, std::size_t capacity);
 
 // ------------------------------------------------------- clock and waits --
 // The UTC clock: whole seconds since 1970-01-01 and the milliseconds.
@@ -54,14 +58,19 @@ void sleep_ms(std::uint32_t milliseconds);
 bool write_stdout(const char* bytes, std::size_t count);
 bool write_stderr(const char* bytes, std::size_t count);
 // One read of the standard input: bytes read, 0 at its end, -1 on failure.
-long read_stdin(char* buffer, std::size_t capacity);
+std::int64_t read_stdin(char* buffer, std::size_t capacity);
 // Stops any translation of line ends on the standard input.
 bool stdin_binary_mode();
 // Whether the process has a standard input at all.
 bool stdin_exists();
-// Console set-up at start (UTF-8 output) and its undoing at exit.
+// Console set-up at start (UTF-8 output, standard output untranslated) and
+// its undoing at exit, which also runs when the process ends by exit().
 void console_begin();
 void console_end();
+// Around the making of the run record: the real system directories for a
+// 32-bit program on a 64-bit system, where there is such a thing.
+void start_stage_begin();
+void start_stage_end();
 
 // ------------------------------------------------------------------ files --
 using file_handle = int;
@@ -70,11 +79,16 @@ inline constexpr file_handle invalid_file = -1;
 // write_existing: for reading and writing, and only a file that is there
 // already; the other writing modes create a missing file.
 enum class open_mode { read, write_truncate, write_keep, write_existing };
-// Opens (creating where the mode writes) a file. invalid_file on failure.
+// Opens (creating where the mode writes) a file, untranslated: the report
+// stream makes its own CR LF. invalid_file on failure.
 file_handle file_open(const std::string& path, open_mode mode);
+// After a failed file_open: whether the long-path form ("\\?\" in front of
+// the full path) may succeed where the path failed (name too long, path not
+// found). Never on a system without that form.
+bool long_form_may_help();
 // Bytes written or read, -1 on failure.
-long file_write(file_handle file, const void* bytes, std::size_t count);
-long file_read(file_handle file, void* buffer, std::size_t capacity);
+std::int64_t file_write(file_handle file, const void* bytes, std::size_t count);
+std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity);
 // Moves to the end (for appending) or to an absolute offset.
 bool file_seek_end(file_handle file);
 // Moves to the end and tells that offset.
@@ -84,7 +98,8 @@ bool file_tell(file_handle file, std::uint64_t& offset);
 bool file_seek(file_handle file, std::uint64_t offset);
 bool file_close(file_handle file);
 bool file_remove(const std::string& path);
-// Gives the owner write permission if the file exists and lacks it.
+// Before an open for writing: a read-only file is made writable, so that
+// it can be overwritten. The result is of no interest.
 void file_make_writable(const std::string& path);
 
 struct file_facts {
@@ -96,14 +111,22 @@ struct file_facts {
 };
 // Facts of an existing file or directory; false if it can't be looked at.
 bool file_stat(const std::string& path, file_facts& facts);
+// The two time stamps of a path text that names a file or directory by the
+// system's own rules (which text counts as a path is the system's matter);
+// false if it names none or can't be looked at.
+bool file_times(std::u16string_view path, file_facts& facts);
 
 struct dir_item {
-    std::string name;
+    std::u16string name;
     bool is_directory = false;
 };
-// The entries of a directory in the order the system gives them, without
-// "." and "..". False if it can't be listed.
-bool list_directory(const std::string& path, std::vector<dir_item>& items);
+// What a search for path + "*.*" finds: the entries of the directory part of
+// path whose names begin with the rest of it, in the order the system gives
+// them, without "." and "..". False if the search fails.
+bool find_entries(std::u16string_view path, std::vector<dir_item>& items);
+// The named data streams of a file, each as ":name" (none where the system
+// has no such thing).
+void named_streams(std::u16string_view path, std::vector<std::u16string>& names);
 
 // ------------------------------------------------------------ environment --
 // The value of an environment variable; false if it is not set.
@@ -116,12 +139,8 @@ std::string current_directory();
 bool computer_name(std::string& name);
 // Full path of the running program; false on failure.
 bool program_path(std::string& path);
-struct system_release {
-    std::string os_name;        // e.g. "Linux"
-    std::uint32_t major = 0, minor = 0, patch = 0;
-    bool is_64bit = false;
-};
-bool system_info(system_release& release);
+// The system's name, version and word size, in the forms of the run record.
+void get_system_identity(system_identity& identity);
 // Where the program file lies: on a network file system, or on removable media.
 bool is_remote_path(const std::string& path);
 bool is_removable_path(const std::string& path);

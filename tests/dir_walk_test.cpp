@@ -5,7 +5,7 @@
 
 #include "input/filter.h"
 #include "input/stdin_stream.h"
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "support/fixtures.h"
 
 namespace {
@@ -27,7 +27,7 @@ paths walk(const std::string& root, std::uint32_t depth, const char* filter = nu
 TEST(DirWalk, WhatAWalkFinds) {
     test_support::temp_dir dir;
     for (const char* file : {"a.txt", "b.log", "sub1/d.txt", "sub1/x/e.txt", "sub2/g.log", "empty/"}) dir.put(file);
-    const std::string slashed = dir.root.string();
+    const std::string slashed = dir.root.generic_string();
     std::string root = slashed;
     std::replace(root.begin(), root.end(), '/', '\\');
     // Directories that don't pass the filter are walked all the same.

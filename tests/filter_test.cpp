@@ -3,7 +3,7 @@
 #include <tuple>
 
 #include "driver/cmd_params.h"
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 #include "platform/fileio.h"
 #include "support/fixtures.h"
 

@@ -1,8 +1,9 @@
 #include "platform/paths.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <tuple>
+
+#include "support/host.h"
 
 namespace {
 
@@ -21,8 +22,9 @@ TEST(Paths, SplitPath) {
 TEST(Paths, ExpandPath) {
     const std::pair<const char*, const char*> environment[] = {{"VEXA_T_DIR", "D:\\data"}, {"VEXA_T_S", "%VEXA_T_S%"},
         {"VEXA_T_INDIRECT", "%VEXA_T_DIR%\\in"}, {"VEXA_T_GROW", "%VEXA_T_GROW%%VEXA_T_GROW%"}};
-    for (const auto& [name, value] : environment) ::setenv(name, value, 1);
-    for (const char* name : {"VEXA_T_UNSET", "VSS", "vss"}) ::unsetenv(name);
+    using test_support::set_env;
+    for (const auto& [name, value] : environment) set_env(name, value);
+    for (const char* name : {"VEXA_T_UNSET", "VSS", "vss"}) set_env(name, nullptr);
     const std::string vss(vss_prefix()), long_text = "%VEXA_T_DIR%" + std::string(501, 'x');  // 513 bytes
     const std::tuple<std::string, bool, std::string> rows[] = {  // text, %vss% allowed, expanded
         {"%VEXA_T_DIR%\\%VEXA_T_DIR%", true, "D:\\data\\D:\\data"},
@@ -34,10 +36,10 @@ TEST(Paths, ExpandPath) {
     for (const auto& [text, allow_vss, expanded] : rows) EXPECT_EQ(expand_path(text, allow_vss), expanded) << text;
     const std::size_t grown = expand_path("%VEXA_T_GROW%", true).size();  // growth past 512 bytes ends it
     EXPECT_TRUE(grown > 512 && grown <= 1024) << grown;
-    ::setenv("vss", "E:", 1);  // the environment wins
+    set_env("vss", "E:");  // the environment wins
     EXPECT_EQ(expand_path("%vss%\\x", true), "E:\\x");
-    for (const auto& [name, value] : environment) ::unsetenv(name);
-    ::unsetenv("vss");
+    for (const auto& [name, value] : environment) set_env(name, nullptr);
+    set_env("vss", nullptr);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // UTF-8 and UTF-16 text, both ways.
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 
 #include <gtest/gtest.h>
 

@@ -39,7 +39,7 @@ bool udp_socket::send_to(const std::uint8_t* bytes, std::size_t length, std::uin
     if (bytes == nullptr || length == 0 || handle_ == os::invalid_socket) return false;
     std::size_t done = 0;
     while (done < length) {
-        long taken = os::send_datagram(handle_, bytes + done, length - done, address, port);
+        std::int64_t taken = os::send_datagram(handle_, bytes + done, length - done, address, port);
         // A datagram goes whole or not at all; 0 taken would loop forever.
         if (taken <= 0) return false;
         done += static_cast<std::size_t>(taken);
@@ -50,7 +50,7 @@ bool udp_socket::send_to(const std::uint8_t* bytes, std::size_t length, std::uin
 std::uint32_t udp_socket::receive_from(std::uint8_t* buffer, std::uint32_t timeout_secs) {
     if (buffer == nullptr || handle_ == os::invalid_socket) return 0;
     if (!os::wait_readable(handle_, timeout_secs)) return 0;
-    long got = os::receive_datagram(handle_, buffer, receive_buffer_size);
+    std::int64_t got = os::receive_datagram(handle_, buffer, receive_buffer_size);
     return got < 0 ? 0 : static_cast<std::uint32_t>(got);
 }
 

@@ -8,6 +8,8 @@
 
 #include "platform/os.h"
 #include "platform/posix/native_path.h"
+#include "platform/text.h"
+#include "platform/text_convert.h"
 #include "platform/time_scale.h"
 
 namespace os {
@@ -45,7 +47,9 @@ file_handle file_open(const std::string& path, open_mode mode) {
     return fd < 0 ? invalid_file : fd;
 }
 
-long file_write(file_handle file, const void* bytes, std::size_t count) {
+bool long_form_may_help() { return false; }
+
+std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) {
     const char* p = static_cast<const char*>(bytes);
     std::size_t left = count;
     while (left > 0) {
@@ -57,15 +61,15 @@ long file_write(file_handle file, const void* bytes, std::size_t count) {
         p += n;
         left -= static_cast<std::size_t>(n);
     }
-    return static_cast<long>(count);
+    return static_cast<std::int64_t>(count);
 }
 
-long file_read(file_handle file, void* buffer, std::size_t capacity) {
+std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity) {
     ssize_t n;
     do {
         n = ::read(file, buffer, capacity);
     } while (n < 0 && errno == EINTR);
-    return n < 0 ? -1 : static_cast<long>(n);
+    return n < 0 ? -1 : static_cast<std::int64_t>(n);
 }
 
 bool file_seek_end(file_handle file) { return ::lseek(file, 0, SEEK_END) >= 0; }
@@ -112,24 +116,44 @@ bool file_stat(const std::string& path, file_facts& facts) {
     return true;
 }
 
-bool list_directory(const std::string& path, std::vector<dir_item>& items) {
+// Only a text with a "/" or "\" is a path here: a host name or a bare word
+// never reaches the disk.
+bool file_times(std::u16string_view path, file_facts& facts) {
+    if (path.find_first_of(u"/\\") == std::u16string_view::npos) return false;
+    const std::string text = to_utf8(path);
+    return !text.empty() && file_stat(text, facts);
+}
+
+// The search of path + "*.*" as a listing of the directory part, its names
+// matched (in any case) against the rest. A name that path text can't carry
+// is passed over: a star would read as a step to resolve, a backslash as a
+// separator, and bytes that aren't UTF-8 have no wide form.
+bool find_entries(std::u16string_view path, std::vector<dir_item>& items) {
     items.clear();
-    std::string native = native_path(path);
-    DIR* dir = ::opendir(native.c_str());
-    if (!dir) return false;
-    while (dirent* entry = ::readdir(dir)) {
-        std::string name = entry->d_name;
-        if (name == "." || name == "..") continue;
+    const std::size_t cut = path.find_last_of(u"\\/");
+    const std::string dir = cut == std::u16string_view::npos ? std::string(".") : to_utf8(path.substr(0, cut + 1));
+    const std::string prefix = to_utf8(cut == std::u16string_view::npos ? path : path.substr(cut + 1));
+    const std::string native = native_path(dir);
+    DIR* listing = ::opendir(native.c_str());
+    if (!listing) return false;
+    while (dirent* entry = ::readdir(listing)) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == ".." || !same_text(name.substr(0, prefix.size()), prefix)) continue;
+        std::u16string wide = to_wide(name);
+        if (wide.empty() || wide.find_first_of(u"*\\") != std::u16string::npos) continue;
         bool is_dir = entry->d_type == DT_DIR;
         if (entry->d_type == DT_UNKNOWN) {
             struct stat facts {};
-            is_dir = ::stat((native + "/" + name).c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+            is_dir = ::stat((native + "/" + entry->d_name).c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
         }
-        items.push_back({std::move(name), is_dir});
+        items.push_back({std::move(wide), is_dir});
     }
-    ::closedir(dir);
+    ::closedir(listing);
     return true;
 }
+
+// Files here have no named streams.
+void named_streams(std::u16string_view, std::vector<std::u16string>& names) { names.clear(); }
 
 bool get_env(const std::string& name, std::string& value) {
     const char* found = ::getenv(name.c_str());

@@ -37,16 +37,20 @@ std::uint32_t next_number(std::string_view text, std::size_t& pos) {
 }
 }  // namespace
 
-bool system_info(system_release& release) {
+// The kernel's name and release: "major.minor.-" and "major.minor.patch".
+void get_system_identity(system_identity& identity) {
     utsname names{};
-    if (::uname(&names) != 0) return false;
-    release.os_name = names.sysname;
+    const bool known = ::uname(&names) == 0;
     std::size_t pos = 0;
-    release.major = next_number(names.release, pos);
-    release.minor = next_number(names.release, pos);
-    release.patch = next_number(names.release, pos);
-    release.is_64bit = sizeof(void*) == 8;
-    return true;
+    const char* release = known ? names.release : "";
+    const std::string major = std::to_string(next_number(release, pos));
+    const std::string minor = std::to_string(next_number(release, pos));
+    const std::string patch = std::to_string(next_number(release, pos));
+    identity.os_name = known && names.sysname[0] != '\0' ? names.sysname : "<unk>";
+    identity.os_version = major + "." + minor + ".-";
+    identity.os_build = major + "." + minor + "." + patch;
+    identity.version_from_file = false;
+    identity.is_64bit = sizeof(void*) == 8;
 }
 
 bool is_remote_path(const std::string& path) {

@@ -35,8 +35,8 @@ std::uint32_t ipv4_address(const char* text) {
     return text ? ::inet_addr(text) : INADDR_NONE;
 }
 
-long send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
-                   std::uint32_t address, std::uint16_t port) {
+std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
+                           std::uint32_t address, std::uint16_t port) {
     sockaddr_in to{};
     to.sin_family = AF_INET;
     to.sin_port = htons(port);
@@ -46,7 +46,7 @@ long send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t 
         sent = ::sendto(static_cast<int>(handle), bytes, length, 0,
                         reinterpret_cast<const sockaddr*>(&to), sizeof to);
     } while (sent < 0 && errno == EINTR);
-    return sent < 0 ? -1 : static_cast<long>(sent);
+    return sent < 0 ? -1 : static_cast<std::int64_t>(sent);
 }
 
 bool wait_readable(socket_handle handle, std::uint32_t timeout_secs) {
@@ -63,7 +63,7 @@ bool wait_readable(socket_handle handle, std::uint32_t timeout_secs) {
     }
 }
 
-long receive_datagram(socket_handle handle, std::uint8_t* buffer, std::size_t capacity) {
+std::int64_t receive_datagram(socket_handle handle, std::uint8_t* buffer, std::size_t capacity) {
     sockaddr_in from{};
     socklen_t from_len = sizeof from;
     ssize_t got;
@@ -71,7 +71,7 @@ long receive_datagram(socket_handle handle, std::uint8_t* buffer, std::size_t ca
         got = ::recvfrom(static_cast<int>(handle), buffer, capacity, 0,
                          reinterpret_cast<sockaddr*>(&from), &from_len);
     } while (got < 0 && errno == EINTR);
-    return got < 0 ? -1 : static_cast<long>(got);
+    return got < 0 ? -1 : static_cast<std::int64_t>(got);
 }
 
 }  // namespace os

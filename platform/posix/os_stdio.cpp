@@ -27,12 +27,12 @@ bool write_all(int fd, const char* bytes, std::size_t count) {
 bool write_stdout(const char* bytes, std::size_t count) { return write_all(1, bytes, count); }
 bool write_stderr(const char* bytes, std::size_t count) { return write_all(2, bytes, count); }
 
-long read_stdin(char* buffer, std::size_t capacity) {
+std::int64_t read_stdin(char* buffer, std::size_t capacity) {
     ssize_t n;
     do {
         n = ::read(0, buffer, capacity);
     } while (n < 0 && errno == EINTR);
-    return n < 0 ? -1 : static_cast<long>(n);
+    return n < 0 ? -1 : static_cast<std::int64_t>(n);
 }
 
 // POSIX streams never translate line ends: binary mode is what they already are.
@@ -45,5 +45,9 @@ bool stdin_exists() { return ::fcntl(0, F_GETFD) != -1; }
 // process, so the run ends normally with its report cut short.
 void console_begin() { std::signal(SIGPIPE, SIG_IGN); }
 void console_end() {}
+
+// No file-system redirection to switch off.
+void start_stage_begin() {}
+void start_stage_end() {}
 
 }  // namespace os

@@ -164,7 +164,7 @@ TEST(Interop, OneRowWholeInEachForm) {
         "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data\n25.2.0.192.in-addr.arpa.,"
         "answer,success,{id},{srv},####-##-##, ##:##:##.###,12,PTR,1,3600,19,mail.interop.test.\n";
     const std::string xml_text =
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n\n<logdata tool=\"vexa ver: 0.48\" cmdline=\"" VEXA_BINARY "\">\n"
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n\n<logdata tool=\"vexa ver: 0.48\" cmdline=\"" + program_seen() + "\">\n"
         "<data_entry><query>25.2.0.192.in-addr.arpa.</query><status>success</status><packet_id>{id4}</packet_id>"
         "<dns_server>{srv}</dns_server><query_date_utc>####-##-##</query_date_utc><query_time_utc>##:##:##.###"
         "</query_time_utc><dns_type>12</dns_type><dns_type_name>PTR</dns_type_name><dns_class>1</dns_class>"

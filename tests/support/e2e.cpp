@@ -34,14 +34,18 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
     return result;
 }
 
-std::vector<std::string> lines_of(std::string_view body) {
-    std::vector<std::string> lines;
-    while (!body.empty()) {
-        const std::size_t end = std::min(body.find("\r\n"), body.size());
-        lines.emplace_back(body.substr(0, end));
-        body.remove_prefix(std::min(body.size(), end + 2));
+std::string seen(const responder& server) {
+    std::string text;
+    for (const datagram& q : server.queries()) {
+        std::string name;
+        std::size_t at = 12;
+        for (; at < q.size() && q[at] != 0; at += 1 + q[at])
+            name.append(name.empty() ? "" : ".")
+                .append(q.begin() + at + 1, q.begin() + std::min<std::size_t>(q.size(), at + 1 + q[at]));
+        const unsigned type = at + 2 < q.size() ? (q[at + 1] << 8 | q[at + 2]) : 0;
+        text += (text.empty() ? "" : " ") + name + "/" + std::to_string(type);
     }
-    return lines;
+    return text;
 }
 
 std::string expand(std::string_view text, std::uint16_t id, std::string_view server) {
@@ -88,16 +92,6 @@ std::time_t instant_of(const std::string& text) {
 }
 
 }  // namespace
-
-std::vector<std::string_view> cells_of(std::string_view line, std::string_view separator) {
-    std::vector<std::string_view> cells;
-    for (std::size_t at; cells.size() < 12 && (at = line.find(separator)) != std::string_view::npos;
-         line.remove_prefix(at + separator.size()))
-        cells.push_back(line.substr(0, at));
-    cells.push_back(line);
-    if (cells.size() < 13 || cells[1].find("comment") != std::string_view::npos) return {};
-    return cells;
-}
 
 std::string_view report_body(std::string_view out) {
     for (std::string_view blank : {"\r\n\r\n", "\n\n"})

@@ -15,7 +15,42 @@
 
 namespace test_support {
 
-// Runs the built vexa as a child process: arguments (program name not
+// The program the end-to-end tests run: the built vexa, or the build named
+// by VEXA_TEST_PROGRAM, started through VEXA_TEST_LAUNCHER if that is set
+// (vexa.exe through Wine). A Windows target's standard error is in text
+// mode: every LF arrives as CR LF, and run_vexa gives it back as LF.
+struct target_program {
+    std::string program, launcher, helper;
+    bool windows = false;
+};
+const target_program& target();
+// The words that start the target with these arguments, launcher first.
+std::vector<std::string> command_for(const std::vector<std::string>& args);
+// The program's name as the target sees it in its first argument.
+std::string program_seen();
+
+// Watches the named event of -signal over one run: a named semaphore on
+// Linux; for a Windows target a second Windows program (VEXA_TEST_HELPER)
+// that holds the event open while the tool runs.
+class event_watch {
+public:
+    explicit event_watch(std::string name);
+    ~event_watch();
+    event_watch(const event_watch&) = delete;
+    event_watch& operator=(const event_watch&) = delete;
+    // Whether the event was set; once, after the run.
+    bool was_set();
+
+private:
+    std::string name_;
+    int pid_ = -1, to_probe_ = -1;
+};
+
+// Runs the Windows test helper (support/helper_win32.cpp) through the
+// launcher; its exit code, -1 if it could not run.
+int run_helper(const std::vector<std::string>& args);
+
+// Runs the target as a child process: arguments (program name not
 // included), bytes on its standard input, a hard time limit.
 struct vexa_run {
     int exit_code = -1;      // as the system keeps it: -1 from main reads 255
@@ -36,6 +71,8 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
 
 // The query's two ID bytes in front of `rest` (which starts at the flags).
 datagram with_id(const datagram& query, const datagram& rest);
+// "name/type" of every query the server saw, joined by blanks.
+std::string seen(const responder& server);
 // Answers every query with `rest` behind the query's own ID.
 reply_handler answer(datagram rest);
 // The ID of a query as the report shows it: first byte low, second high.

@@ -3,11 +3,11 @@
 // a report, a record as a reply would hold it, a temporary directory.
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <initializer_list>
-#include <stdlib.h>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -56,22 +56,30 @@ inline dns_entry record_entry(std::uint16_t type, const std::vector<std::uint8_t
 struct temp_dir {
     std::filesystem::path root;
     temp_dir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vexa_XXXXXX").string();
-        EXPECT_NE(::mkdtemp(pattern.data()), nullptr);
-        root = pattern;
+        std::random_device random;
+        for (int tries = 0; tries < 100 && root.empty(); ++tries) {
+            std::filesystem::path candidate =
+                std::filesystem::temp_directory_path() / ("vexa_" + std::to_string(random()));
+            std::error_code failed;
+            if (std::filesystem::create_directory(candidate, failed)) root = std::move(candidate);
+        }
+        EXPECT_FALSE(root.empty());
     }
     ~temp_dir() {
         std::error_code ignored;
         std::filesystem::remove_all(root, ignored);
     }
-    std::string operator/(const std::string& name) const { return (root / name).string(); }
+    // Names and paths as UTF-8 text, on every system.
+    static std::filesystem::path path_of(const std::string& text) { return std::u8string(text.begin(), text.end()); }
+    static std::string text_of(const std::filesystem::path& path) {
+        const std::u8string text = path.u8string();
+        return std::string(text.begin(), text.end());
+    }
+    std::string operator/(const std::string& name) const { return text_of(root / path_of(name)); }
     // Writes the file, and the directories above it, with `bytes`.
     std::string put(const std::string& name, const std::string& bytes = {}) const {
-        std::filesystem::create_directories((root / name).parent_path());
-        if (std::FILE* f = std::fopen((root / name).c_str(), "wb")) {
-            std::fwrite(bytes.data(), 1, bytes.size(), f);
-            std::fclose(f);
-        }
+        std::filesystem::create_directories((root / path_of(name)).parent_path());
+        std::ofstream(root / path_of(name), std::ios::binary) << bytes;
         return *this / name;
     }
 };

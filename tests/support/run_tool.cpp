@@ -2,6 +2,11 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <poll.h>
+#include <semaphore.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,6 +14,11 @@
 namespace test_support {
 
 namespace {
+
+std::string from_environment(const char* name, const char* otherwise = "") {
+    const char* value = std::getenv(name);
+    return value && *value ? value : otherwise;
+}
 
 // The standard streams are in-memory files: nothing blocks on a full pipe,
 // and what the child wrote is all there once it has ended.
@@ -30,21 +40,66 @@ std::string contents(int fd) {
     return text;
 }
 
-}  // namespace
+// Every LF preceded by a CR, as text mode writes it; the CRs of those pairs go.
+testing::AssertionResult from_text_mode(std::string& text) {
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (plain.empty() || plain.back() != '\r'))
+            return testing::AssertionFailure() << "a LF without CR in text mode:\n" << text;
+        if (text[i] == '\n') plain.pop_back();
+        plain += text[i];
+    }
+    text = std::move(plain);
+    return testing::AssertionSuccess();
+}
 
-vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input, std::chrono::milliseconds limit) {
-    std::vector<std::string> words{VEXA_BINARY};
-    words.insert(words.end(), args.begin(), args.end());
+pid_t start(const std::vector<std::string>& words, const int fds[3]) {
+    std::vector<std::string> copy = words;
     std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
+    for (std::string& word : copy) argv.push_back(word.data());
     argv.push_back(nullptr);
-    const int fds[3] = {memory_file(input), memory_file({}), memory_file({})};
-    const pid_t pid = fds[0] < 0 || fds[1] < 0 || fds[2] < 0 ? -1 : ::fork();
+    const pid_t pid = ::fork();
     if (pid == 0) {  // only async-signal-safe calls here: the parent has threads
-        for (int i = 0; i < 3; ++i) ::dup2(fds[i], i);
-        ::execv(VEXA_BINARY, argv.data());
+        for (int i = 0; i < 3; ++i)
+            if (fds[i] >= 0) ::dup2(fds[i], i);
+        ::execv(argv[0], argv.data());
         ::_exit(127);
     }
+    return pid;
+}
+
+}  // namespace
+
+const target_program& target() {
+    static const target_program program = [] {
+        target_program t{from_environment("VEXA_TEST_PROGRAM", VEXA_BINARY), from_environment("VEXA_TEST_LAUNCHER"),
+                         from_environment("VEXA_TEST_HELPER"), false};
+        t.windows = t.program.ends_with(".exe");
+        return t;
+    }();
+    return program;
+}
+
+std::vector<std::string> command_for(const std::vector<std::string>& args) {
+    std::vector<std::string> words;
+    if (!target().launcher.empty()) words.push_back(target().launcher);
+    words.push_back(target().program);
+    words.insert(words.end(), args.begin(), args.end());
+    return words;
+}
+
+// Wine hands a Windows program its own path as a DOS path of drive Z:, the root.
+std::string program_seen() {
+    if (!target().windows) return target().program;
+    std::string path = "Z:" + std::filesystem::absolute(target().program).lexically_normal().string();
+    for (char& c : path)
+        if (c == '/') c = '\\';
+    return path;
+}
+
+vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input, std::chrono::milliseconds limit) {
+    const int fds[3] = {memory_file(input), memory_file({}), memory_file({})};
+    const pid_t pid = fds[0] < 0 || fds[1] < 0 || fds[2] < 0 ? -1 : start(command_for(args), fds);
     vexa_run run;
     int status = 0;
     pid_t got = 0;
@@ -58,8 +113,72 @@ vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input, 
     if (fds[0] >= 0) ::close(fds[0]);
     run.out = contents(fds[1]);
     run.err = contents(fds[2]);
+    if (target().windows) { EXPECT_TRUE(from_text_mode(run.err)); }
     if (pid < 0) run.err = "fork or stream files failed";
     return run;
+}
+
+int run_helper(const std::vector<std::string>& args) {
+    std::vector<std::string> words;
+    if (!target().launcher.empty()) words.push_back(target().launcher);
+    words.push_back(target().helper);
+    words.insert(words.end(), args.begin(), args.end());
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    const int fds[3] = {null, null, null};
+    const pid_t pid = start(words, fds);
+    if (null >= 0) ::close(null);
+    int status = 0;
+    if (pid <= 0 || ::waitpid(pid, &status, 0) != pid || !WIFEXITED(status)) return -1;
+    return WEXITSTATUS(status);
+}
+
+event_watch::event_watch(std::string name) : name_(std::move(name)) {
+    if (!target().windows) {
+        ::sem_unlink(("/" + name_).c_str());
+        return;
+    }
+    int in[2], out[2];
+    if (::pipe2(in, O_CLOEXEC) != 0) return;
+    if (::pipe2(out, O_CLOEXEC) != 0) {
+        ::close(in[0]), ::close(in[1]);
+        return;
+    }
+    std::vector<std::string> words;
+    if (!target().launcher.empty()) words.push_back(target().launcher);
+    words.insert(words.end(), {target().helper, "event", name_});
+    const int fds[3] = {in[0], out[1], -1};
+    pid_ = start(words, fds);
+    ::close(in[0]), ::close(out[1]);
+    to_probe_ = in[1];
+    // It holds the event once it says so.
+    std::string said;
+    char chunk[64];
+    for (pollfd p{out[0], POLLIN, 0}; said.find("ready") == std::string::npos && ::poll(&p, 1, 10000) == 1;) {
+        const ssize_t n = ::read(out[0], chunk, sizeof chunk);
+        if (n <= 0) break;
+        said.append(chunk, static_cast<std::size_t>(n));
+    }
+    ::close(out[0]);
+    EXPECT_NE(said.find("ready"), std::string::npos) << "the test helper " << target().helper << " did not start";
+}
+
+bool event_watch::was_set() {
+    if (!target().windows) {
+        sem_t* sem = ::sem_open(("/" + name_).c_str(), 0);
+        const bool set = sem != SEM_FAILED && ::sem_trywait(sem) == 0;
+        if (sem != SEM_FAILED) ::sem_close(sem);
+        ::sem_unlink(("/" + name_).c_str());
+        return set;
+    }
+    if (to_probe_ >= 0) ::close(to_probe_), to_probe_ = -1;
+    int status = 0;
+    const bool ended = pid_ > 0 && ::waitpid(pid_, &status, 0) == pid_;
+    pid_ = -1;
+    return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+event_watch::~event_watch() {
+    if (pid_ > 0) was_set();
 }
 
 }  // namespace test_support

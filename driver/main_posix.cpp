@@ -1,4 +1,5 @@
 // vexa: direct questions to one DNS server, answers kept as a record.
+// The entry on POSIX systems: the arguments are UTF-8 bytes already, copied.
 #include "driver/run.h"
 #include "platform/os.h"
 

@@ -1,4 +1,4 @@
-#include "input/text_convert.h"
+#include "platform/text_convert.h"
 
 #include <cstdint>
 
