@@ -16,17 +16,40 @@ if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
   ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)
 fi
 
+# Installs packages without letting them start a service: the server package
+# would otherwise start the machine's own server, and the project runs its
+# own instances, in private network namespaces. For the length of the install
+# a policy-rc.d forbids every start; a policy-rc.d the machine has is put back
+# as it was afterwards, and a lock keeps two setups from swapping it at once.
+policy=/usr/sbin/policy-rc.d
+policy_saved=""
+policy_marker="# vexa setup: no service starts during its install"
+put_policy_back() {
+  if [ -n "$policy_saved" ]; then mv -f "$policy_saved" "$policy"; else rm -f "$policy"; fi
+}
+install_without_starts() {
+  exec 9>"${TMPDIR:-/tmp}/vexa-setup.lock"
+  flock 9
+  # One of ours can only be left over from a setup that was killed: not kept.
+  if { [ -e "$policy" ] || [ -L "$policy" ]; } && ! grep -qxF "$policy_marker" "$policy" 2>/dev/null; then
+    policy_saved=$(mktemp "$policy.vexa-saved.XXXXXX")
+    cp -a "$policy" "$policy_saved"
+  fi
+  trap put_policy_back EXIT
+  trap 'exit 130' INT TERM
+  printf '#!/bin/sh\n%s\nexit 101\n' "$policy_marker" >"$policy.vexa-new"
+  chmod 755 "$policy.vexa-new"
+  mv -f "$policy.vexa-new" "$policy"
+  apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$@" >/dev/null
+}
+
 if [ ${#need[@]} -gt 0 ]; then
   if [ "$(id -u)" -ne 0 ]; then
     echo "setup: please install: ${need[*]}" >&2
     exit 1
   fi
   echo "setup: installing ${need[*]}" >&2
-  apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${need[@]}" >/dev/null
+  install_without_starts "${need[@]}"
 fi
-
-# The packaged server starts itself on install; the project runs its own.
-if command -v systemctl >/dev/null 2>&1; then systemctl stop nsd >/dev/null 2>&1 || true; fi
-pkill -x nsd >/dev/null 2>&1 || true
 exit 0
