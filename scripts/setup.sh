@@ -11,6 +11,7 @@ command -v nsd >/dev/null || need+=(nsd)
 command -v unshare >/dev/null || need+=(util-linux)
 command -v ip >/dev/null || need+=(iproute2)
 [ -f /usr/include/gtest/gtest.h ] || need+=(libgtest-dev)
+[ "${VEXA_WANT_MAN:-}" = 1 ] && { command -v man >/dev/null || need+=(man-db); }
 if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
   command -v clang++ >/dev/null || need+=(clang)
   ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)
