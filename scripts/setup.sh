@@ -3,32 +3,18 @@
 # Does nothing for what is already there.
 set -euo pipefail
 
-need=()
-command -v cmake >/dev/null || need+=(cmake)
-command -v ninja >/dev/null || need+=(ninja-build)
-command -v g++ >/dev/null || need+=(g++)
-command -v nsd >/dev/null || need+=(nsd)
-command -v unshare >/dev/null || need+=(util-linux)
-command -v ip >/dev/null || need+=(iproute2)
-[ -f /usr/include/gtest/gtest.h ] || need+=(libgtest-dev)
-[ "${VEXA_WANT_MAN:-}" = 1 ] && { command -v man >/dev/null || need+=(man-db); }
-if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
-  command -v clang++ >/dev/null || need+=(clang)
-  ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)
-fi
-
-# Installs packages without letting them start a service: the server package
-# would otherwise start the machine's own server, and the project runs its
-# own instances, in private network namespaces. For the length of the install
-# a policy-rc.d forbids every start; a policy-rc.d the machine has is put back
-# as it was afterwards, and a lock keeps two setups from swapping it at once.
+# Installs must not start a service: the server package would otherwise start
+# the machine's own server, and the project runs its own instances, in private
+# network namespaces. For the length of the install a policy-rc.d forbids every
+# start; a policy-rc.d the machine has is put back as it was afterwards, and a
+# lock keeps two setups from swapping it at once.
 policy=/usr/sbin/policy-rc.d
 policy_saved=""
 policy_marker="# vexa setup: no service starts during its install"
 put_policy_back() {
   if [ -n "$policy_saved" ]; then mv -f "$policy_saved" "$policy"; else rm -f "$policy"; fi
 }
-install_without_starts() {
+forbid_service_starts() {
   exec 9>"${TMPDIR:-/tmp}/vexa-setup.lock"
   flock 9
   # One of ours can only be left over from a setup that was killed: not kept.
@@ -41,9 +27,22 @@ install_without_starts() {
   printf '#!/bin/sh\n%s\nexit 101\n' "$policy_marker" >"$policy.vexa-new"
   chmod 755 "$policy.vexa-new"
   mv -f "$policy.vexa-new" "$policy"
-  apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$@" >/dev/null
 }
+
+need=()
+command -v cmake >/dev/null || need+=(cmake)
+command -v ninja >/dev/null || need+=(ninja-build)
+command -v g++ >/dev/null || need+=(g++)
+command -v nsd >/dev/null || need+=(nsd)
+command -v unshare >/dev/null || need+=(util-linux)
+command -v ip >/dev/null || need+=(iproute2)
+[ -f /usr/include/gtest/gtest.h ] || need+=(libgtest-dev)
+if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
+  command -v clang++ >/dev/null || need+=(clang)
+  ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)
+fi
+if [ "${VEXA_WANT_MAN:-}" = 1 ]; then command -v man >/dev/null || need+=(man-db); fi
+if [ ${#need[@]} -gt 0 ] && [ "$(id -u)" -eq 0 ]; then forbid_service_starts; fi
 
 if [ ${#need[@]} -gt 0 ]; then
   if [ "$(id -u)" -ne 0 ]; then
@@ -51,6 +50,7 @@ if [ ${#need[@]} -gt 0 ]; then
     exit 1
   fi
   echo "setup: installing ${need[*]}" >&2
-  install_without_starts "${need[@]}"
+  apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${need[@]}" >/dev/null
 fi
 exit 0
