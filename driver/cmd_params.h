@@ -49,6 +49,7 @@ struct cmd_params {
     std::uint32_t threads = 0;
     bool output_dir_given = false;
     bool output_file_given = false;
+    bool append_output = false;  // -append: the report goes behind what the results file holds
     std::uint32_t cpu_instance = 0xffffffffu;
     std::uint32_t cpu = 0;
     bool separate_files = false;

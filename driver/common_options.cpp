@@ -164,6 +164,7 @@ bool parse_results_file(cmd_params& params, arg_list& args) {
     replace_char(params.output_file, '/', '\\');
     params.output_file_given = true;
     bool append = has_flag("-append", args);
+    params.append_output = append;
     os::file_facts before;
     bool existed = os::file_stat(params.output_file, before);
     uni::fileio probe;

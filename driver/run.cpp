@@ -64,6 +64,13 @@ int run_queries(uni::output_stream& out, input_params& params, const arg_list& a
     return 0;
 }
 
+// With -append the report goes behind what the file holds, and only a file
+// that isn't there is made; else the file is made anew.
+bool open_results_file(uni::fileio& results, const input_params& params) {
+    if (params.append_output && results.open_results(params.output_file, false)) return true;
+    return results.open_results(params.output_file, true);
+}
+
 }  // namespace
 
 // Objects go away in reverse order of their making: the results file
@@ -89,7 +96,7 @@ int run_tool(arg_list& args) {
     uni::fileio results;
     uni::output_stream* out = &console;
     if (!params.output_file.empty()) {
-        if (!results.open_results(params.output_file, true) || !(out = results.make_stream())) {
+        if (!open_results_file(results, params) || !(out = results.make_stream())) {
             print_error(message::results_file_failed, params.output_file);
             return -1;
         }

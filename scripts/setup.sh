@@ -3,6 +3,32 @@
 # Does nothing for what is already there.
 set -euo pipefail
 
+# Installs must not start a service: the server package would otherwise start
+# the machine's own server, and the project runs its own instances, in private
+# network namespaces. For the length of the install a policy-rc.d forbids every
+# start; a policy-rc.d the machine has is put back as it was afterwards, and a
+# lock keeps two setups from swapping it at once.
+policy=/usr/sbin/policy-rc.d
+policy_saved=""
+policy_marker="# vexa setup: no service starts during its install"
+put_policy_back() {
+  if [ -n "$policy_saved" ]; then mv -f "$policy_saved" "$policy"; else rm -f "$policy"; fi
+}
+forbid_service_starts() {
+  exec 9>"${TMPDIR:-/tmp}/vexa-setup.lock"
+  flock 9
+  # One of ours can only be left over from a setup that was killed: not kept.
+  if { [ -e "$policy" ] || [ -L "$policy" ]; } && ! grep -qxF "$policy_marker" "$policy" 2>/dev/null; then
+    policy_saved=$(mktemp "$policy.vexa-saved.XXXXXX")
+    cp -a "$policy" "$policy_saved"
+  fi
+  trap put_policy_back EXIT
+  trap 'exit 130' INT TERM
+  printf '#!/bin/sh\n%s\nexit 101\n' "$policy_marker" >"$policy.vexa-new"
+  chmod 755 "$policy.vexa-new"
+  mv -f "$policy.vexa-new" "$policy"
+}
+
 need=()
 command -v cmake >/dev/null || need+=(cmake)
 command -v ninja >/dev/null || need+=(ninja-build)
@@ -22,6 +48,8 @@ if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
   command -v clang++ >/dev/null || need+=(clang)
   ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)
 fi
+if [ "${VEXA_WANT_MAN:-}" = 1 ]; then command -v man >/dev/null || need+=(man-db); fi
+if [ ${#need[@]} -gt 0 ] && [ "$(id -u)" -eq 0 ]; then forbid_service_starts; fi
 
 if [ $((${#need[@]} + ${#lean[@]})) -gt 0 ]; then
   if [ "$(id -u)" -ne 0 ]; then
@@ -34,8 +62,4 @@ if [ $((${#need[@]} + ${#lean[@]})) -gt 0 ]; then
   [ ${#lean[@]} -eq 0 ] ||
     DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${lean[@]}" >/dev/null
 fi
-
-# The packaged server starts itself on install; the project runs its own.
-if command -v systemctl >/dev/null 2>&1; then systemctl stop nsd >/dev/null 2>&1 || true; fi
-pkill -x nsd >/dev/null 2>&1 || true
 exit 0

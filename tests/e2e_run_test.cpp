@@ -206,6 +206,49 @@ TEST(E2eRun, ResultsFile) {
     }
 }
 
+// -append puts the whole report, run record included, behind what the file
+// holds; the file is still tried while the options are read, and a file that
+// wasn't there is not left behind when the run ends in the parser.
+TEST(E2eRun, AppendKeepsWhatTheFileHolds) {
+    temp_dir dir;
+    const std::string file = dir / "r.txt", older = "an older report\r\n";
+    const struct {
+        const char* what;
+        const char* before;
+        bool server;
+        strings args;
+        bool made;
+    } cases[] = {
+        {"behind a file's content", older.c_str(), true, {"-out", file, "-append"}, true},
+        {"a read-only file too", older.c_str(), true, {"-APPEND", "-outfile", file}, true},
+        {"a missing file is made", nullptr, true, {"-append", "-out", file}, true},
+        {"a missing -server leaves no new file", nullptr, false, {"-out", file, "-append"}, false},
+        {"a missing -server leaves the content", older.c_str(), false, {"-out", file, "-append"}, false},
+    };
+    for (const auto& c : cases) {
+        fs::remove(file);
+        if (c.before) dir.put("r.txt", c.before), fs::permissions(file, fs::perms::owner_read);
+        responder server(silent(), test_loopback_address(c.what));
+        vexa_run run =
+            run_vexa(args_for(c.args, c.server ? server.address() : "", {"-url", "a.b", "-csv", "-timeout", "0"}));
+        EXPECT_EQ(run.exit_code, c.made ? 0 : 255) << c.what;
+        const std::string before = c.before ? c.before : "";
+        ASSERT_EQ(fs::exists(file), c.made || c.before) << c.what;
+        if (!c.made) {
+            EXPECT_EQ(read_file(file), before) << c.what;
+            continue;
+        }
+        const std::string content = read_file(file);
+        ASSERT_TRUE(content.starts_with(before)) << c.what << ": " << content;
+        const std::string report = content.substr(before.size());
+        EXPECT_TRUE(report.starts_with("vexa ver: 0.48\r\n")) << c.what;
+        EXPECT_EQ(mask_date_time(report_body(report), ","),
+                  expand(csv_header + "\na.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n",
+                         id_of(server.queries().at(0)), server.address()))
+            << c.what;
+    }
+}
+
 TEST(E2eRun, RunRecord) {
     // command: what stands in front of the program's name, and behind it.
     const struct { const char* what; strings args; const char* before, *after; const char* date_format; } cases[] = {
