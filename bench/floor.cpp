@@ -26,8 +26,8 @@ unsigned next_id = 1;
 // Header, QNAME, type A, class IN. 0 when the name can't be encoded.
 std::size_t build_query(const char* name, std::size_t length, std::uint8_t* out) {
     const std::uint16_t id = static_cast<std::uint16_t>(next_id++);
-    const std::uint8_t header[12] = {static_cast<std::uint8_t>(id), static_cast<std::uint8_t>(id >> 8),
-                                     0x01, 0, 0, 1, 0, 0, 0, 0, 0, 0};
+    const std::uint8_t header[12] = {
+        static_cast<std::uint8_t>(id), static_cast<std::uint8_t>(id >> 8), 0x01, 0, 0, 1, 0, 0, 0, 0, 0, 0};
     std::memcpy(out, header, sizeof header);
     std::size_t used = sizeof header;
     std::size_t start = 0;

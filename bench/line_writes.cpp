@@ -27,8 +27,7 @@ double now_us() {
 // writes and what they wake take part.
 void pause_us(double length) {
     const double until = now_us() + length;
-    while (now_us() < until) {
-    }
+    while (now_us() < until) {}
 }
 
 }  // namespace

@@ -118,12 +118,11 @@ int main(int argc, char** argv) {
         if (::poll(&p, 1, 1000) <= 0) continue;
         sockaddr_in from{};
         socklen_t from_length = sizeof from;
-        const ssize_t got = ::recvfrom(fd, query, sizeof query, 0, reinterpret_cast<sockaddr*>(&from),
-                                       &from_length);
+        const ssize_t got =
+            ::recvfrom(fd, query, sizeof query, 0, reinterpret_cast<sockaddr*>(&from), &from_length);
         if (got <= 0) continue;
         const std::size_t length = build_reply(query, static_cast<std::size_t>(got));
-        if (length != 0)
-            ::sendto(fd, reply, length, 0, reinterpret_cast<sockaddr*>(&from), from_length);
+        if (length != 0) ::sendto(fd, reply, length, 0, reinterpret_cast<sockaddr*>(&from), from_length);
     }
     ::close(fd);
     return 0;

@@ -17,8 +17,7 @@ public:
     shared_packet() = default;
     shared_packet(const std::uint8_t* bytes, std::size_t count)
         : bytes_(std::make_shared<const byte_list>(bytes, bytes + count)) {}
-    explicit shared_packet(byte_list bytes)
-        : bytes_(std::make_shared<const byte_list>(std::move(bytes))) {}
+    explicit shared_packet(byte_list bytes) : bytes_(std::make_shared<const byte_list>(std::move(bytes))) {}
 
     const std::uint8_t* data() const { return bytes_ ? bytes_->data() : nullptr; }
     std::size_t size() const { return bytes_ ? bytes_->size() : 0; }

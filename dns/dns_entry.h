@@ -9,9 +9,9 @@
 #include "dns/bytes.h"
 
 struct dns_entry {
-    shared_packet packet;           // the query, or the whole reply it came from
-    std::string dns_server;         // server address text
-    std::string query;              // query text, or owner name with its trailing dot
+    shared_packet packet;    // the query, or the whole reply it came from
+    std::string dns_server;  // server address text
+    std::string query;       // query text, or owner name with its trailing dot
     std::uint16_t dns_type = 0;
     std::uint16_t dns_class = 0;
     std::uint32_t ttl_secs = 0;

@@ -60,10 +60,8 @@ bool read_section(const reply_context& reply, section kind, std::uint16_t count,
 
 std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_stamp,
                           const shared_packet& message, std::uint16_t& id_out,
-                          std::vector<dns_entry>& question_list,
-                          std::vector<dns_entry>& answer_list,
-                          std::vector<dns_entry>& authority_list,
-                          std::vector<dns_entry>& additions_list) {
+                          std::vector<dns_entry>& question_list, std::vector<dns_entry>& answer_list,
+                          std::vector<dns_entry>& authority_list, std::vector<dns_entry>& additions_list) {
     question_list.clear();
     answer_list.clear();
     authority_list.clear();

@@ -16,8 +16,7 @@
 std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_stamp,
                           const shared_packet& message, std::uint16_t& id_out,
                           std::vector<dns_entry>& question_list, std::vector<dns_entry>& answer_list,
-                          std::vector<dns_entry>& authority_list,
-                          std::vector<dns_entry>& additions_list);
+                          std::vector<dns_entry>& authority_list, std::vector<dns_entry>& additions_list);
 
 // Reads an SOA's RDATA at `offset`; the bound is the whole message. On
 // false, `soa` must not be used.

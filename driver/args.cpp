@@ -26,9 +26,7 @@ bool find_value(std::string_view name, std::string& value, arg_list& args) {
     return true;
 }
 
-bool has_flag(std::string_view name, const arg_list& args) {
-    return find_from(name, args, 1) < args.size();
-}
+bool has_flag(std::string_view name, const arg_list& args) { return find_from(name, args, 1) < args.size(); }
 
 bool peek_value(std::string_view name, std::string& value, const arg_list& args) {
     std::size_t i = find_from(name, args, 1);

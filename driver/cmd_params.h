@@ -34,7 +34,7 @@ struct cmd_params {
     std::string date_format = "yyyy-mm-dd";
     std::string time_format = "hh:mm:ss.xxx";
     std::uint32_t format_word = 0;
-    char clash_char = '|';      // 0 = none
+    char clash_char = '|';  // 0 = none
     char clash_subst = ';';
     std::string separator = " | ";
     bool compact_columns = false;

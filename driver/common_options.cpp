@@ -29,38 +29,38 @@ void apply_output_form(cmd_params& params, output_form form) {
     params.xml_output = params.csv_output = params.csvl2t_output = false;
     params.bodyfile_output = params.multiline_output = false;
     switch (form) {
-        case output_form::csv:
-            params.csv_output = true;
-            set_csv_separator(params, ",");
-            params.compact_columns = !params.pair_datetime;
-            break;
-        case output_form::csvgen:
-            params.csvgen_output = true;
-            set_csv_separator(params, ",");
-            params.compact_columns = true;
-            break;
-        case output_form::csvl2t:
-            params.csvl2t_output = true;
-            set_csv_separator(params, ",");
-            params.show_header = true;
-            break;
-        case output_form::bodyfile:
-            params.bodyfile_output = true;
-            set_csv_separator(params, "|");
-            params.show_header = true;
-            break;
-        case output_form::xml:
-            params.xml_output = true;
-            set_csv_separator(params, "");
-            params.show_header = false;
-            break;
-        case output_form::multiline:
-            params.multiline_output = true;
-            params.separator.clear();
-            params.clash_char = 0;
-            params.clash_subst = 0;
-            params.show_header = true;
-            break;
+    case output_form::csv:
+        params.csv_output = true;
+        set_csv_separator(params, ",");
+        params.compact_columns = !params.pair_datetime;
+        break;
+    case output_form::csvgen:
+        params.csvgen_output = true;
+        set_csv_separator(params, ",");
+        params.compact_columns = true;
+        break;
+    case output_form::csvl2t:
+        params.csvl2t_output = true;
+        set_csv_separator(params, ",");
+        params.show_header = true;
+        break;
+    case output_form::bodyfile:
+        params.bodyfile_output = true;
+        set_csv_separator(params, "|");
+        params.show_header = true;
+        break;
+    case output_form::xml:
+        params.xml_output = true;
+        set_csv_separator(params, "");
+        params.show_header = false;
+        break;
+    case output_form::multiline:
+        params.multiline_output = true;
+        params.separator.clear();
+        params.clash_char = 0;
+        params.clash_subst = 0;
+        params.show_header = true;
+        break;
     }
 }
 
@@ -96,8 +96,8 @@ void drop_one_trailing_backslash(std::string& text) {
     if (!text.empty() && text.back() == '\\') text.pop_back();
 }
 
-bool parse_aliases(std::string_view option, std::map<std::string, std::string>& into,
-                   bool empty_is_error, bool path_form, arg_list& args) {
+bool parse_aliases(std::string_view option, std::map<std::string, std::string>& into, bool empty_is_error,
+                   bool path_form, arg_list& args) {
     std::string value;
     if (!find_value(option, value, args)) return true;
     std::vector<std::string> pieces;
@@ -222,12 +222,12 @@ bound_result parse_bound(std::string_view value, std::string_view default_clock,
     if (date.empty()) return bound_result::refused;
     char delimiter = date.find('/') != std::string_view::npos   ? '/'
                      : date.find('-') != std::string_view::npos ? '-'
-                                                                 : '\0';
+                                                                : '\0';
     if (delimiter == '\0') return bound_result::refused;
     calendar_fields fields;
     if (!parse_date_time(date, clock, "YMD", delimiter, fields)) return bound_result::ignored;
-    std::uint64_t ticks = fields_to_ticks(fields.year, fields.month, fields.day, fields.hour,
-                                          fields.minute, fields.second, fields.millisecond);
+    std::uint64_t ticks = fields_to_ticks(fields.year, fields.month, fields.day, fields.hour, fields.minute,
+                                          fields.second, fields.millisecond);
     time_parts moment(ticks);
     if (!moment.valid) return bound_result::ignored;
     bound.active = true;
@@ -251,8 +251,8 @@ bool parse_time_bounds(cmd_params& params, arg_list& args) {
     if (find_value("-cmd_stop_time", value, args)) {
         bound_result result = parse_bound(value, "23:59:59", params.stop_filter);
         if (result == bound_result::refused) return false;
-        bool before_start = params.start_filter.active &&
-                            params.stop_filter.file_time < params.start_filter.file_time;
+        bool before_start =
+            params.start_filter.active && params.stop_filter.file_time < params.start_filter.file_time;
         if (result != bound_result::set || before_start) {
             params.stop_filter = time_bound{};
             write_error(message::bad_stop_time);

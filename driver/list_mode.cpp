@@ -5,9 +5,9 @@
 #include "dns/query_builder.h"
 #include "input/filter.h"
 #include "input/stdin_stream.h"
-#include "platform/text_convert.h"
 #include "platform/fileio.h"
 #include "platform/os.h"
+#include "platform/text_convert.h"
 #include "transport/attempts.h"
 
 namespace {

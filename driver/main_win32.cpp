@@ -12,7 +12,8 @@ int wmain(int argc, wchar_t** argv) {
     arg_list args;
     args.reserve(static_cast<std::size_t>(argc));
     for (int i = 0; i < argc; ++i)
-        args.push_back(argv[i] ? to_utf8(std::u16string(argv[i], argv[i] + std::wcslen(argv[i]))) : std::string());
+        args.push_back(argv[i] ? to_utf8(std::u16string(argv[i], argv[i] + std::wcslen(argv[i])))
+                               : std::string());
     const int code = run_tool(args);
     os::console_end();
     return code;

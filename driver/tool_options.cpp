@@ -14,7 +14,7 @@ struct pipe_command {
 };
 
 constexpr pipe_command pipe_commands[] = {
-    {"-url_pipe", 1}, {"-ip_pipe", 12}, {"-mx_pipe", 15},
+    {"-url_pipe", 1}, {"-ip_pipe", 12},   {"-mx_pipe", 15},
     {"-ns_pipe", 2},  {"-cname_pipe", 5}, {"-txt_pipe", 16},
 };
 
@@ -25,9 +25,9 @@ struct plain_command {
 };
 
 constexpr plain_command plain_commands[] = {
-    {"-url", &input_params::url_value, 1},  {"-ip", &input_params::ip_value, 12},
-    {"-mx", &input_params::mx_value, 15},   {"-txt", &input_params::txt_value, 16},
-    {"-ns", &input_params::ns_value, 2},    {"-cname", &input_params::ns_value, 5},
+    {"-url", &input_params::url_value, 1}, {"-ip", &input_params::ip_value, 12},
+    {"-mx", &input_params::mx_value, 15},  {"-txt", &input_params::txt_value, 16},
+    {"-ns", &input_params::ns_value, 2},   {"-cname", &input_params::ns_value, 5},
 };
 
 void parse_pipe_commands(input_params& params, arg_list& args) {

@@ -32,13 +32,13 @@ void render(const time_parts& parts, std::uint32_t word) {
 // Calendar fields back to ticks give the instant again, to the millisecond.
 void check_round_trip(std::uint64_t ticks, const time_parts& parts) {
     if (!parts.valid) return;
-    const std::uint64_t back = fields_to_ticks(parts.year, parts.month, parts.day, parts.hour,
-                                               parts.minute, parts.second, parts.millisecond);
+    const std::uint64_t back = fields_to_ticks(parts.year, parts.month, parts.day, parts.hour, parts.minute,
+                                               parts.second, parts.millisecond);
     if (back != ticks - ticks % ticks_per_millisecond) std::abort();
 }
 
-void read_bound(std::string_view date, std::string_view clock, std::string_view order,
-                char delimiter, std::uint32_t word) {
+void read_bound(std::string_view date, std::string_view clock, std::string_view order, char delimiter,
+                std::uint32_t word) {
     std::uint32_t day = 0, month = 0, year = 0;
     parse_date(date, order, delimiter, day, month, year);
     double hours = 0, minutes = 0, seconds = 0;
@@ -80,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     calendar_fields fields;
     ticks_to_fields(ticks, fields);
 
-    read_bound(fuzz_input::piece(list, 2), fuzz_input::piece(list, 3), fuzz_input::piece(list, 4),
-               delimiter, word);
+    read_bound(fuzz_input::piece(list, 2), fuzz_input::piece(list, 3), fuzz_input::piece(list, 4), delimiter,
+               word);
     return 0;
 }

@@ -13,8 +13,8 @@
 #include "driver/cmd_params.h"
 #include "fuzz/fuzz_input.h"
 #include "input/filter.h"
-#include "platform/text_convert.h"
 #include "platform/fileio.h"
+#include "platform/text_convert.h"
 
 namespace {
 

@@ -22,7 +22,7 @@
 
 namespace {
 
-constexpr std::size_t largest_reply = 65536;  // what the receive buffer holds
+constexpr std::size_t largest_reply = 65536;                   // what the receive buffer holds
 constexpr std::uint64_t receive_time = 133100000000000000ULL;  // an instant in 2022
 const std::string server = "127.0.0.2";
 
@@ -84,16 +84,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     result.recv_size = static_cast<std::uint32_t>(size);
     result.recv_time = receive_time;
     std::uint16_t id = 0;
-    parse_reply(server, receive_time, result.recv_packet, id, result.question_list,
-                result.answer_list, result.authority_list, result.additions_list);
-    for (const auto* list : {&result.question_list, &result.answer_list, &result.authority_list,
-                             &result.additions_list})
+    parse_reply(server, receive_time, result.recv_packet, id, result.question_list, result.answer_list,
+                result.authority_list, result.additions_list);
+    for (const auto* list :
+         {&result.question_list, &result.answer_list, &result.authority_list, &result.additions_list})
         check_data_bounds(*list);
 
     uni::null_out_stream out;
     row_workspace work;
-    for (auto* list : {&result.question_list, &result.answer_list, &result.authority_list,
-                       &result.additions_list})
+    for (auto* list :
+         {&result.question_list, &result.answer_list, &result.authority_list, &result.additions_list})
         write_rows(*list, out, all, work);
 
     // The dispatcher decides by the query's type too; take the one asked.

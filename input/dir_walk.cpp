@@ -29,8 +29,7 @@ bool accept_path(std::u16string& path, bool test, const std::vector<filter_entry
     return true;
 }
 
-bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool dirs_only,
-                    bool use_slash) {
+bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool dirs_only, bool use_slash) {
     if (path.empty() || path == u"." || path == u"..") return false;
     if (path.size() > max_plain_path && !path.starts_with(long_prefix)) path.insert(0, long_prefix);
     std::vector<os::dir_item> items;
@@ -60,7 +59,8 @@ bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool 
         os::named_streams(full, streams);
         entries.push_back({std::move(full), false});
         const std::size_t file_at = entries.size() - 1;
-        for (const std::u16string& stream : streams) entries.push_back({entries[file_at].path + stream, false});
+        for (const std::u16string& stream : streams)
+            entries.push_back({entries[file_at].path + stream, false});
     }
     return entries.size() > before;
 }
@@ -92,8 +92,7 @@ void list_matching(const std::u16string& path, std::vector<walk_entry>& entries)
     std::u16string work = path;
     if (work.empty() || work.back() != sep) work.push_back(sep);
     std::vector<std::u16string> dirs{std::move(work)};
-    while (expand_dir_stars(dirs, use_slash)) {
-    }
+    while (expand_dir_stars(dirs, use_slash)) {}
     for (const std::u16string& dir : dirs) {
         if (dir.empty()) continue;
         const std::size_t star = dir.find(u'*');

@@ -24,8 +24,7 @@ void list_matching(const std::u16string& path, std::vector<walk_entry>& entries)
 
 // Appends the entries of one directory (with dirs_only, its directories, each
 // ending in the separator). True if something was added.
-bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool dirs_only,
-                    bool use_slash);
+bool list_directory(std::u16string path, std::vector<walk_entry>& entries, bool dirs_only, bool use_slash);
 
 // Resolves the first "\*\" (or "/*/") of each text into the directories that
 // stand there; a text whose step has none is emptied. True if it changed

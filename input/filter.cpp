@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "driver/cmd_params.h"
-#include "platform/text_convert.h"
 #include "platform/fileio.h"
 #include "platform/paths.h"
 #include "platform/text.h"
+#include "platform/text_convert.h"
 
 namespace {
 
@@ -39,8 +39,7 @@ void fill_entry(std::u16string token, filter_entry& entry) {
 }
 
 bool within_time_bounds(const cmd_params& params, std::u16string_view text, file_info& facts) {
-    if (facts.write_time == 0 && (!get_file_info(facts, text) || facts.write_time == 0))
-        return false;
+    if (facts.write_time == 0 && (!get_file_info(facts, text) || facts.write_time == 0)) return false;
     const time_bound& start = params.start_filter;
     if (start.active && facts.write_time < start.file_time && facts.create_time < start.file_time)
         return false;
@@ -187,8 +186,7 @@ bool match_entries(std::u16string_view text, const std::vector<filter_entry>& en
             if (dir_matches(entry.pattern, dir)) return true;
         }
         if (name_matches(entry, name)) return true;
-        if (!entry.star_front && !entry.star_back && !entry.signature.empty() &&
-            signature_found(path, entry))
+        if (!entry.star_front && !entry.star_back && !entry.signature.empty() && signature_found(path, entry))
             return true;
     }
     return false;

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "platform/text_convert.h"
 #include "platform/os.h"
+#include "platform/text_convert.h"
 
 namespace uni {
 

@@ -99,7 +99,8 @@ bool fileio::read_at(std::string& out, std::size_t count, std::uint64_t offset) 
     out.resize(static_cast<std::size_t>(std::min<std::uint64_t>(count, to_end)));
     std::size_t filled = 0;
     while (filled < out.size()) {
-        const std::int64_t got = os::file_read(fd_, out.data() + filled, std::min(out.size() - filled, read_chunk));
+        const std::int64_t got =
+            os::file_read(fd_, out.data() + filled, std::min(out.size() - filled, read_chunk));
         if (got <= 0) break;
         filled += static_cast<std::size_t>(got);
     }

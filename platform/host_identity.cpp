@@ -40,8 +40,8 @@ void get_system_identity(system_identity& identity) {
     os::get_system_identity(identity);
 }
 
-void write_system_fields(const system_identity& identity, std::string& out,
-                         std::string_view separator, std::string_view replacement) {
+void write_system_fields(const system_identity& identity, std::string& out, std::string_view separator,
+                         std::string_view replacement) {
     append_replaced(out, identity.os_name, separator, replacement);
     out += separator;
     append_replaced(out, identity.os_version, separator, replacement);

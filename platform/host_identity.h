@@ -14,7 +14,7 @@ std::string get_module_path();
 void get_system_identity(system_identity& identity);
 // os_name, os_version, os_build, word size, joined by separator; each field
 // has separator replaced by replacement first.
-void write_system_fields(const system_identity& identity, std::string& out,
-                         std::string_view separator, std::string_view replacement);
+void write_system_fields(const system_identity& identity, std::string& out, std::string_view separator,
+                         std::string_view replacement);
 bool is_remote_program();
 bool is_removable_program();

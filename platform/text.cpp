@@ -145,8 +145,7 @@ bool split_text(std::string_view text, char delimiter, std::vector<std::string>&
     return split_pieces(text, delimiter, list, trim);
 }
 
-bool split_text(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list,
-                bool trim) {
+bool split_text(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list, bool trim) {
     list.clear();
     return split_pieces(text, delimiter, list, trim);
 }

@@ -30,8 +30,7 @@ bool trim_each_kind(std::string& text);
 bool split_text(std::string_view text, char delimiter, std::vector<std::string>& list, bool trim,
                 bool keep_list);
 // The wide form always empties list first.
-bool split_text(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list,
-                bool trim);
+bool split_text(std::u16string_view text, char16_t delimiter, std::vector<std::u16string>& list, bool trim);
 
 // Reader of -timeout, -retry, -delay, -threads: "x" anywhere reads hex behind
 // it, else "o" reads octal, else signed decimal saturating at 32 bits.

@@ -22,8 +22,8 @@ void row_text::grow(std::size_t count) {
 std::span<const std::uint8_t> record_data(const dns_entry& entry) {
     std::span<const std::uint8_t> packet = entry.packet.bytes();
     if (entry.data_offset >= packet.size()) return {};
-    return packet.subspan(entry.data_offset).first(
-        std::min<std::size_t>(entry.data_length, packet.size() - entry.data_offset));
+    return packet.subspan(entry.data_offset)
+        .first(std::min<std::size_t>(entry.data_length, packet.size() - entry.data_offset));
 }
 
 bool read_packet_name(const dns_entry& entry, std::uint32_t offset, std::string& name) {

@@ -86,8 +86,7 @@ std::span<const std::uint8_t> record_data(const dns_entry& entry);
 // Unsigned number in base 10 or 16 (lower case), right-aligned in `width`
 // with `pad`. Never cut.
 template <class Sink>
-void write_number(Sink& out, std::uint64_t value, int base = 10, std::size_t width = 0,
-                  char pad = ' ') {
+void write_number(Sink& out, std::uint64_t value, int base = 10, std::size_t width = 0, char pad = ' ') {
     char text[24];
     char* const end = text + sizeof text;
     const char* first = digits::put_backwards(end, value, base == 16 ? 16u : 10u);

@@ -11,8 +11,8 @@ namespace {
 constexpr std::uint16_t type_cname = 5;
 
 // The form is chosen per row, by the XML flag alone; CSV is a text setting.
-void write_row(uni::output_stream& out, dns_entry& entry, std::string_view comment,
-               std::string_view status, input_params& params, row_workspace& work) {
+void write_row(uni::output_stream& out, dns_entry& entry, std::string_view comment, std::string_view status,
+               input_params& params, row_workspace& work) {
     if (params.xml_output)
         write_xml_entry(entry, out, params, status, work);
     else
@@ -26,8 +26,8 @@ void write_section(uni::output_stream& out, std::vector<dns_entry>& list, std::s
 
 }  // namespace
 
-bool report_result(uni::output_stream& out, dns_result& result, dns_entry& query,
-                   input_params& params, row_workspace& work) {
+bool report_result(uni::output_stream& out, dns_result& result, dns_entry& query, input_params& params,
+                   row_workspace& work) {
     const std::size_t questions = result.question_list.size();
     const std::size_t answers = result.answer_list.size();
     const std::size_t authorities = result.authority_list.size();

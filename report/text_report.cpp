@@ -17,8 +17,8 @@ constexpr std::size_t column_count = 13;
 constexpr std::size_t date_column = 5;  // the pair gap stands behind it
 
 constexpr std::array<std::string_view, column_count> header_words = {
-    "query", "comment", "status", "id",   "DNSserv", "date", "time-UTC",
-    "type",  "tname",   "class",  "ttl",  "size",    "data"};
+    "query", "comment", "status", "id",  "DNSserv", "date", "time-UTC",
+    "type",  "tname",   "class",  "ttl", "size",    "data"};
 
 // What the parameter block makes of one line: gaps and cell widths.
 struct line_layout {
@@ -167,16 +167,13 @@ void write_data_cell(row_workspace& work, const dns_entry& entry, std::string_vi
         write_txt(out, entry.raw_data());
         out.put('\n');  // the row is followed by an empty line
         return;
-    default:
-        cells::write_hex_bytes(out, data);
-        return;
+    default: cells::write_hex_bytes(out, data); return;
     }
 }
 
 // All cells of one row, without its line end.
 void write_cells(row_workspace& work, const dns_entry& entry, std::string_view comment,
-                 std::string_view status, const line_layout& layout,
-                 const instant_texts::texts& when) {
+                 std::string_view status, const line_layout& layout, const instant_texts::texts& when) {
     cells::row_text& out = work.row;
     const auto& w = layout.widths;
     cells::write_left(out, entry.query, w[0]);
@@ -229,4 +226,3 @@ void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_vie
     out.write(work.row.view());
     out.end_line();
 }
-

@@ -37,11 +37,10 @@ void write_soa_attributes(cells::row_text& out, const soa_data& soa) {
     out.write(" serial_num=\"0x");
     cells::write_number(out, soa.serial_num, 16);
     out.put('"');
-    const std::pair<std::string_view, std::uint32_t> times[] = {
-        {" refresh_sec=\"", soa.refresh_sec},
-        {" retry_sec=\"", soa.retry_sec},
-        {" expire_sec=\"", soa.expire_sec},
-        {" min_sec=\"", soa.min_sec}};
+    const std::pair<std::string_view, std::uint32_t> times[] = {{" refresh_sec=\"", soa.refresh_sec},
+                                                                {" retry_sec=\"", soa.retry_sec},
+                                                                {" expire_sec=\"", soa.expire_sec},
+                                                                {" min_sec=\"", soa.min_sec}};
     for (const auto& [opener, value] : times) {
         out.write(opener);
         cells::write_number(out, value);
@@ -63,8 +62,7 @@ void write_mx_attributes(row_workspace& work, const dns_entry& entry) {
 }
 
 // The start tag of translated_data: attributes only, by record type.
-void write_translated_data(row_workspace& work, const dns_entry& entry,
-                           std::span<const std::uint8_t> data) {
+void write_translated_data(row_workspace& work, const dns_entry& entry, std::span<const std::uint8_t> data) {
     cells::row_text& out = work.row;
     out.write("<translated_data ");
     switch (entry.dns_type) {
@@ -84,8 +82,8 @@ void write_translated_data(row_workspace& work, const dns_entry& entry,
     case 15:  // MX
         if (entry.data_length != 0) write_mx_attributes(work, entry);
         break;
-    case 2:   // NS
-    case 5:   // CNAME
+    case 2:     // NS
+    case 5:     // CNAME
     case 12: {  // PTR
         cells::read_packet_name(entry, entry.data_offset, work.text);
         write_attribute(out, " domain_name=\"", work.text);

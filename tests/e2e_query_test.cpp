@@ -12,8 +12,10 @@ namespace {
 using namespace test_support;
 
 // Replies are written from the flags on; the handler puts the query's ID in front.
-const datagram q_ab = {1, 'a', 1, 'b', 0};                                            // a.b. at offset 12
-const datagram one_a = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0}, q_ab, {0, 1, 0, 1},  // QR RD RA; QD 1, AN 1
+const datagram q_ab = {1, 'a', 1, 'b', 0};  // a.b. at offset 12
+const datagram one_a = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},
+                             q_ab,
+                             {0, 1, 0, 1},                                               // QR RD RA; QD 1, AN 1
                              {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 1, 2, 3, 4}});  // a.b. A 300 1.2.3.4
 const std::string erase = "\x1b[2K\r    \r";
 
@@ -37,12 +39,17 @@ std::string statuses(std::string_view body) {
 
 TEST(E2eQuery, QueryBytesOfEachCommand) {
     const datagram header = {0x01, 0x00, 0, 1, 0, 0, 0, 0, 0, 0};  // RD; QD 1
-    const std::pair<const char*, datagram> cases[] = {              // the query from byte 2 on
+    const std::pair<const char*, datagram> cases[] = {
+        // the query from byte 2 on
         {"-url www.ex", join({header, {3, 'w', 'w', 'w', 2, 'e', 'x', 0}, {0, 1, 0, 1}})},
-        {"-ip 192.0.2.1", join({header, {1, '1', 1, '2', 1, '0', 3, '1', '9', '2'},
-                                {7, 'i', 'n', '-', 'a', 'd', 'd', 'r', 4, 'a', 'r', 'p', 'a', 0}, {0, 12, 0, 1}})},
-        {"-mx a.b", join({header, q_ab, {0, 15, 0, 1}})}, {"-ns a.b.", join({header, q_ab, {0, 2, 0, 1}})},
-        {"-cname .a..b", join({header, q_ab, {0, 5, 0, 1}})}, {"-txt a.b", join({header, q_ab, {0, 16, 0, 1}})},
+        {"-ip 192.0.2.1", join({header,
+                                {1, '1', 1, '2', 1, '0', 3, '1', '9', '2'},
+                                {7, 'i', 'n', '-', 'a', 'd', 'd', 'r', 4, 'a', 'r', 'p', 'a', 0},
+                                {0, 12, 0, 1}})},
+        {"-mx a.b", join({header, q_ab, {0, 15, 0, 1}})},
+        {"-ns a.b.", join({header, q_ab, {0, 2, 0, 1}})},
+        {"-cname .a..b", join({header, q_ab, {0, 5, 0, 1}})},
+        {"-txt a.b", join({header, q_ab, {0, 16, 0, 1}})},
         {"-URL A.b", join({header, {1, 'A', 1, 'b', 0}, {0, 1, 0, 1}})},  // the name keeps its case
     };
     responder server(silent());
@@ -58,23 +65,28 @@ TEST(E2eQuery, QueryBytesOfEachCommand) {
 }
 
 TEST(E2eQuery, ReportAndDumpOfATry) {
-    const std::string divider = std::string(79, '-') + "\n", sent =
-        "packet that was sent\n"
-        "0000 0000:  {xx} 00 01 00 00 01 00 00  00 00 00 00 01 61 01 62  {c}............a.b\n"
-        "0000 0010:  00 00 01 00 01                                    .....\n\n";
-    const std::tuple<const char*, reply_handler, std::string> cases[] = {  // arguments, server, report body
+    const std::string divider = std::string(79, '-') + "\n",
+                      sent =
+                          "packet that was sent\n"
+                          "0000 0000:  {xx} 00 01 00 00 01 00 00  00 00 00 00 01 61 01 62  {c}............a.b\n"
+                          "0000 0010:  00 00 01 00 01                                    .....\n\n";
+    const std::tuple<const char*, reply_handler, std::string> cases[] = {
+        // arguments, server, report body
         {"-url a.b -verbose", answer(one_a),
          "query                                    | comment   | status  | id   | {srvhdr} | date       "
          "|  time-UTC     | type | tname  | class | ttl    | size | data\n"
          "a.b.                                     | answer    | success | {id4} | {srv} | ####-##-## |  ##:##:##.### "
-         "|    1 |      A |     1 |    300 |    4 | 1.2.3.4\n\n" + divider + sent + "packet that was recv'd\n"
-         "0000 0000:  {xx} 00 81 80 00 01 00 01  00 00 00 00 01 61 01 62  {c}............a.b\n"
-         "0000 0010:  00 00 01 00 01 c0 0c 00  01 00 01 00 00 01 2c 00  ..............,.\n"
-         "0000 0020:  04 01 02 03 04                                    .....\n" + divider + "\n"},
+         "|    1 |      A |     1 |    300 |    4 | 1.2.3.4\n\n" +
+             divider + sent +
+             "packet that was recv'd\n"
+             "0000 0000:  {xx} 00 81 80 00 01 00 01  00 00 00 00 01 61 01 62  {c}............a.b\n"
+             "0000 0010:  00 00 01 00 01 c0 0c 00  01 00 01 00 00 01 2c 00  ..............,.\n"
+             "0000 0020:  04 01 02 03 04                                    .....\n" +
+             divider + "\n"},
         {"-url a.b -verbose -csv -timeout 0", silent(),  // a timeout dumps the sent packet only
          "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data\n"
-         "a.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n\n" + divider + sent +
-             divider + "\n"},
+         "a.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n\n" +
+             divider + sent + divider + "\n"},
     };
     for (const auto& [args, handler, body] : cases) {
         responder server(handler, test_loopback_address(args));
@@ -91,7 +103,8 @@ TEST(E2eQuery, ServersThatCantBeReachedGiveSockErrOrTimeout) {
     const std::string body = mask_date_time(report_body(run.out), ",");
     EXPECT_EQ(statuses(body), "question sock err");
     EXPECT_TRUE(body.ends_with(",bogus,####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\r\n\r\n" + std::string(79, '-') +
-                               "\r\n" + std::string(79, '-') + "\r\n\r\n")) << body;
+                               "\r\n" + std::string(79, '-') + "\r\n\r\n"))
+        << body;
     // A loopback port where nothing listens: Linux and Windows end the wait at once with the error that
     // came back (ECONNREFUSED, WSAECONNRESET), Wine waits out the time-out; a failed read is a time-out.
     run = run_vexa(words("-url a.b -csv -timeout 1 -server " + test_loopback_address("nobody")));
@@ -114,9 +127,11 @@ TEST(E2eQuery, TriesAndHostileReplies) {
         r[0] = static_cast<std::uint8_t>(r[0] + low), r[1] = static_cast<std::uint8_t>(r[1] + high);
         return r;
     };
-    datagram largest = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0}, q_ab, {0, 1, 0, 1},
+    datagram largest = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},
+                             q_ab,
+                             {0, 1, 0, 1},
                              {0xC0, 12, 0xFF, 0, 0, 1, 0, 0, 0, 60, 0xFF, 0xC2}});  // RDLENGTH 65474
-    largest.resize(65507 - 2, 0xAB);  // the largest UDP payload over IPv4
+    largest.resize(65507 - 2, 0xAB);                                                // the largest UDP payload over IPv4
     // What, arguments besides -url a.b -csv, server, queries it sees, statuses of the rows.
     const std::tuple<const char*, std::string, reply_handler, std::size_t, std::string> cases[] = {
         {"silence", "-retry 2 -timeout 0", silent(), 3, "question timeout|question timeout|question timeout"},
@@ -129,8 +144,10 @@ TEST(E2eQuery, TriesAndHostileReplies) {
         {"-retry 2147483647 wraps: no try", "-retry 2147483647", answer(one_a), 0, ""},
         {"empty datagram", "", [](const datagram&) { return std::vector<datagram>{{}}; }, 1, "question timeout"},
         {"only the first datagram of a try", "",  // a stray reply first; the right one is not waited for
-         [&](const datagram& q) { return std::vector<datagram>{off_id(q, qr_clear, 1, 0), with_id(q, one_a)}; }, 1,
-         "question unkresp"},
+         [&](const datagram& q) {
+             return std::vector<datagram>{off_id(q, qr_clear, 1, 0), with_id(q, one_a)};
+         },
+         1, "question unkresp"},
         {"the largest datagram, read whole", "", answer(largest), 1, "answer success"},
     };
     for (const auto& [what, args, handler, queries, rows] : cases) {
@@ -160,12 +177,15 @@ TEST(E2eQuery, DelayFollowsFailedTriesOnly) {
 
 TEST(E2eQuery, ExitCodesAndMessages) {
     const std::string combination = "invalid combination of commands\n",
-                      build = erase + "prob building dns packet... aborting\n" + erase, no_server =
+                      build = erase + "prob building dns packet... aborting\n" + erase,
+                      no_server =
                           "error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n";
     // Arguments (" -server <responder>" is added for a leading "+"), exit code, standard error, queries sent.
     const std::tuple<std::string, int, std::string, std::size_t> cases[] = {
-        {"-url a.b", 255, no_server, 0}, {"-url a.b -server", 255, no_server, 0},
-        {"+-url a.b -ip 1.2.3.4", 255, combination, 0}, {"-txt a -url b", 255, combination, 0},  // wins over no server
+        {"-url a.b", 255, no_server, 0},
+        {"-url a.b -server", 255, no_server, 0},
+        {"+-url a.b -ip 1.2.3.4", 255, combination, 0},
+        {"-txt a -url b", 255, combination, 0},  // wins over no server
         {"+-url " + std::string(256, 'x') + ".b", 255, build, 0},
         {"+-url " + std::string(255, 'x') + ".b -timeout 0", 0, erase, 1},
     };

@@ -19,15 +19,17 @@ using clock_type = std::chrono::steady_clock;
 using strings = std::vector<std::string>;
 
 const datagram one_a_reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},  // from the flags on: QR RD RA; QD 1, AN 1
-                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},     // a.b. A IN
+                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},       // a.b. A IN
                                    {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 1, 2, 3, 4}});  // a.b. A 300 1.2.3.4
 const std::string erase = "\x1b[2K\r    \r";
 const std::string server_message =
     "error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n";
-const std::string help_head = "-----------------------------------------------------------------------------\n\n"
-                              "vexa ver: 0.48\n\nusage:\n \n vexa -url <domain to lookup> -server <dns srv ip>\n";
-const std::string help_tail = "example of using std input and redirecting the output to a file\n"
-                              " type hosts.txt | vexa -url_pipe -server 8.8.8.8 > results.txt\n\n";
+const std::string help_head =
+    "-----------------------------------------------------------------------------\n\n"
+    "vexa ver: 0.48\n\nusage:\n \n vexa -url <domain to lookup> -server <dns srv ip>\n";
+const std::string help_tail =
+    "example of using std input and redirecting the output to a file\n"
+    " type hosts.txt | vexa -url_pipe -server 8.8.8.8 > results.txt\n\n";
 const std::string csv_header = "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data";
 const std::string long_label = std::string(256, 'x') + ".b";  // one label too long to encode
 
@@ -43,8 +45,9 @@ strings args_for(strings args, const std::string& srv, const strings& more = {})
 // `pattern` with at most one '*', which stands for any text.
 bool matches(const std::string& text, const std::string& pattern) {
     const std::size_t star = std::min(pattern.find('*'), pattern.size());
-    return star == pattern.size() ? text == pattern : text.size() >= pattern.size() &&
-           text.starts_with(pattern.substr(0, star)) && text.ends_with(pattern.substr(star + 1));
+    return star == pattern.size() ? text == pattern
+                                  : text.size() >= pattern.size() && text.starts_with(pattern.substr(0, star)) &&
+                                        text.ends_with(pattern.substr(star + 1));
 }
 
 std::size_t count_of(const std::string& text, const std::string& part) {
@@ -113,7 +116,10 @@ TEST(E2eRun, ListReportsEachLineBeforeReadingTheNext) {
 // Runs against a silent server: what the server saw, the report's first line.
 TEST(E2eRun, WhatTheCommandLineAsks) {
     struct run_case {  // first_line: {srvhdr} as for expand()
-        const char* what; strings args; std::string input; const char* seen;
+        const char* what;
+        strings args;
+        std::string input;
+        const char* seen;
         std::string first_line = csv_header, err = erase;
     };
     const run_case cases[] = {
@@ -127,13 +133,22 @@ TEST(E2eRun, WhatTheCommandLineAsks) {
         {"common options take words first: -server -csv", {"-url", "a.b", "-server", "-csv", "{srv}"}, "", "a.b/1"},
         {"-ip_pipe -url_pipe asks PTR", {"-ip_pipe", "-url_pipe", "-csv"}, "1.2.3.4\n", "4.3.2.1.in-addr.arpa/12"},
         {"-pipe -ip: PTR for each line", {"-pipe", "-ip", "1.2.3.4", "-csv"}, "5.6.7.8\n", "8.7.6.5.in-addr.arpa/12"},
-        {"-csv -pair_datetime is padded", {"-csv", "-pair_datetime", "-url", "a.b"}, "", "a.b/1",
+        {"-csv -pair_datetime is padded",
+         {"-csv", "-pair_datetime", "-url", "a.b"},
+         "",
+         "a.b/1",
          "query                                   ,comment  ,status ,id  ,{srvhdr},date      , time-UTC    "
          ",type,tname ,class,ttl   ,size,data"},
-        {"bad -dateformat", {"-csv", "-dateformat", "dd/mm/y", "-url", "a.b"}, "", "a.b/1", csv_header,
+        {"bad -dateformat",
+         {"-csv", "-dateformat", "dd/mm/y", "-url", "a.b"},
+         "",
+         "a.b/1",
+         csv_header,
          "invalid dd/mm/y, using default format\n" + erase},
-        {"-filter: case-blind, the line queried as read", {"-url_pipe", "-csv", "-filter", "xnode.a|*example*"},
-         "Node1.Example.net\nb.exampl\nxnode.a\n", "Node1.Example.net/1 xnode.a/1"},
+        {"-filter: case-blind, the line queried as read",
+         {"-url_pipe", "-csv", "-filter", "xnode.a|*example*"},
+         "Node1.Example.net\nb.exampl\nxnode.a\n",
+         "Node1.Example.net/1 xnode.a/1"},
     };
     for (const run_case& c : cases) {
         responder server(silent(), test_loopback_address(c.what));
@@ -146,13 +161,18 @@ TEST(E2eRun, WhatTheCommandLineAsks) {
         EXPECT_EQ(seen(server), c.seen) << c.what;
         const std::string body(report_body(run.out)), first_line = expand(c.first_line, 0, server.address());
         EXPECT_EQ(count_of(body, "timeout"), server.queries().size()) << c.what << ": one row for each query";
-        EXPECT_TRUE(*c.seen ? body.starts_with(first_line) && count_of(body, first_line) == 1 : body.empty())
-            << c.what;
+        EXPECT_TRUE(*c.seen ? body.starts_with(first_line) && count_of(body, first_line) == 1 : body.empty()) << c.what;
     }
 }
 
 TEST(E2eRun, XmlFrame) {
-    const struct { const char* what; strings args; const char* input; std::size_t entries; bool foot; } cases[] = {
+    const struct {
+        const char* what;
+        strings args;
+        const char* input;
+        std::size_t entries;
+        bool foot;
+    } cases[] = {
         {"one query, -verbose adds nothing", {"-url", "a.b", "-verbose"}, "", 1, true},
         {"a list of two", {"-url_pipe"}, "a.b\nc.d\n", 2, true},
         {"an empty list: head and foot", {"-url_pipe"}, "", 0, true},
@@ -165,8 +185,10 @@ TEST(E2eRun, XmlFrame) {
         std::string body(report_body(run.out));  // each entry becomes "E"
         for (std::size_t at; (at = body.find("<data_entry>")) != std::string::npos;)
             body.replace(at, body.find("</data_entry>\r\n", at) + 13 - at, "E");
-        std::string expected = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n\r\n<logdata tool=\"vexa ver: 0.48\" "
-                               "cmdline=\"" + program_seen() + "\">\r\n";
+        std::string expected =
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n\r\n<logdata tool=\"vexa ver: 0.48\" "
+            "cmdline=\"" +
+            program_seen() + "\">\r\n";
         for (std::size_t i = 0; i < c.entries; ++i) expected += "E\r\n";
         EXPECT_EQ(body, expected + (c.foot ? "</logdata>\r\n" : "")) << c.what;
     }
@@ -176,12 +198,23 @@ TEST(E2eRun, ResultsFile) {
     temp_dir dir;
     ::setenv("VEXA_E2E_DIR", dir.root.c_str(), 1);
     const std::string file = dir / "r.txt", unmade = dir / "missing/r.txt";
-    const struct { const char* what; strings args; bool made; std::string err; bool old; bool server; } cases[] = {
+    const struct {
+        const char* what;
+        strings args;
+        bool made;
+        std::string err;
+        bool old;
+        bool server;
+    } cases[] = {
         {"a new file", {"-out", file}, true, erase, false, true},
         {"a read-only file is replaced", {"-outfile", file}, true, erase, true, true},
         {"%NAME% is expanded", {"-out", "%VEXA_E2E_DIR%/r.txt"}, true, erase, false, true},
-        {"can't be made: fails while parsing", {"-out", unmade}, false,
-         "prob opening file " + backslashed(unmade) + " for output, aborting\n", false, true},
+        {"can't be made: fails while parsing",
+         {"-out", unmade},
+         false,
+         "prob opening file " + backslashed(unmade) + " for output, aborting\n",
+         false,
+         true},
         {"a missing -server leaves no file", {"-out", file}, false, server_message, false, false},
     };
     for (const auto& c : cases) {
@@ -202,7 +235,8 @@ TEST(E2eRun, ResultsFile) {
         ASSERT_EQ(server.queries().size(), 1u) << c.what;
         EXPECT_EQ(mask_date_time(report_body(report), ","),
                   expand(csv_header + "\na.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n",
-                         id_of(server.queries()[0]), server.address())) << c.what;
+                         id_of(server.queries()[0]), server.address()))
+            << c.what;
     }
 }
 
@@ -251,11 +285,19 @@ TEST(E2eRun, AppendKeepsWhatTheFileHolds) {
 
 TEST(E2eRun, RunRecord) {
     // command: what stands in front of the program's name, and behind it.
-    const struct { const char* what; strings args; const char* before, *after; const char* date_format; } cases[] = {
+    const struct {
+        const char* what;
+        strings args;
+        const char *before, *after;
+        const char* date_format;
+    } cases[] = {
         {"a blank in apostrophes", {"-URL", "a b", "-timeout", "0"}, "", " -URL 'a b' -timeout 0", "%m/%d/%Y"},
         {"-PIPE: the list in front", {"-PIPE"}, "<filelist> ... | ", " -PIPE", "%m/%d/%Y"},
-        {"-dateformat, -bom", {"-bom", "-url_pipe", "-dateformat", "yyyy-mm-dd"}, "",
-         " -bom -url_pipe -dateformat yyyy-mm-dd", "%Y-%m-%d"},
+        {"-dateformat, -bom",
+         {"-bom", "-url_pipe", "-dateformat", "yyyy-mm-dd"},
+         "",
+         " -bom -url_pipe -dateformat yyyy-mm-dd",
+         "%Y-%m-%d"},
     };
     char name[256] = {};
     ::gethostname(name, sizeof name - 1);
@@ -281,8 +323,8 @@ TEST(E2eRun, RunRecord) {
         const std::size_t end = run.out.find("\r\n", line.size());
         const std::string fields = run.out.substr(line.size(), end - std::min(end, line.size()));
         EXPECT_TRUE(std::regex_match(fields, system)) << c.what << ": " << fields;
-        const std::string command = "\r\n\"command: " + std::string(c.before) + program_seen() + c.after +
-                                    " -server " + server.address();
+        const std::string command =
+            "\r\n\"command: " + std::string(c.before) + program_seen() + c.after + " -server " + server.address();
         EXPECT_NE(run.out.find(command + "\"\r\n\r\n"), std::string::npos) << c.what << ": " << run.out;
     }
 }
@@ -294,8 +336,14 @@ TEST(E2eRun, HowFarARunGets) {
     enum stage { help, parse_failure, past_parsing };
     temp_dir dir;
     const std::string help_text = help_head + "*" + help_tail, diag_file = dir / "d.txt";
-    const struct { const char* what; strings args; bool server; int exit_code; stage reached; std::string err; }
-        cases[] = {
+    const struct {
+        const char* what;
+        strings args;
+        bool server;
+        int exit_code;
+        stage reached;
+        std::string err;
+    } cases[] = {
         {"no arguments at all", {}, false, 0, help, help_text},
         {"-HELP behind a whole query", {"-url", "a.b", "-HELP"}, true, 0, help, help_text},
         {"/? with -out", {"/?", "-out", dir / "h.txt"}, true, 0, help, help_text},
@@ -303,7 +351,11 @@ TEST(E2eRun, HowFarARunGets) {
         {"-quiet", {"-url", "a.b", "-quiet"}, true, 0, past_parsing, ""},
         {"-profile", {"-url", "a.b", "-profile"}, true, 0, past_parsing, erase + "->* secs\n"},
         {"nothing to do", {}, true, 255, past_parsing, help_text + erase},
-        {"a name that can't be encoded", {"-url", long_label}, true, 255, past_parsing,
+        {"a name that can't be encoded",
+         {"-url", long_label},
+         true,
+         255,
+         past_parsing,
          erase + "prob building dns packet... aborting\n" + erase},
         {"a parse failure", {"-url", "a.b"}, false, 255, parse_failure, server_message},
     };
@@ -348,7 +400,13 @@ TEST(E2eRun, EnumdirQueriesTheFilesOfAWalk) {
     temp_dir dir;
     for (const char* file : {"a.txt", "b.log", "c.txt", "sub1/d.txt", "sub1/x/e.txt", "sub2/g.log"}) dir.put(file, "x");
     const std::string root = backslashed(dir.root.string());
-    const struct { const char* what; strings args; int levels; const char* ending; const char* type; } cases[] = {
+    const struct {
+        const char* what;
+        strings args;
+        int levels;
+        const char* ending;
+        const char* type;
+    } cases[] = {
         {"default depth: the root's files", {"-url_pipe", "-enumdir", root}, 0, "", "1"},
         {"-num_subdirs 1, type of -mx_pipe", {"-enumdir", root, "-num_subdirs", "1", "-mx_pipe"}, 1, "", "15"},
         {"-filter, every depth", {"-enumdir", root + "\\", "-num_subdirs", "9", "-filter", "*.txt"}, 9, ".txt", "1"},

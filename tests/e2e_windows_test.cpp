@@ -46,7 +46,9 @@ TEST(E2eWindows, WideArgumentsBecomeUtf8) {
     const e2e_run r = run_against(server, {"-url", "caf\xC3\xA9.b", "-csv", "-timeout", "0"});
     ASSERT_EQ(r.queries.size(), 1u);
     const datagram& q = r.queries[0];
-    EXPECT_EQ(std::string(q.begin() + 12, q.begin() + 19), "\x05" "caf\xC3\xA9\x01");
+    EXPECT_EQ(std::string(q.begin() + 12, q.begin() + 19),
+              "\x05"
+              "caf\xC3\xA9\x01");
     EXPECT_NE(r.run.out.find("caf\xC3\xA9.b"), std::string::npos) << r.run.out;
 }
 
@@ -61,8 +63,8 @@ TEST(E2eWindows, NamedStreamsOfAWalk) {
     const std::string file = on_drive_z(dir.root / "x.txt");
     const bool stream_made = run_helper({"stream", file + ":alt"}) == 0;
     responder server(silent());
-    const vexa_run run = run_vexa({"-url_pipe", "-enumdir", on_drive_z(dir.root), "-timeout", "0", "-server",
-                                   server.address()});
+    const vexa_run run =
+        run_vexa({"-url_pipe", "-enumdir", on_drive_z(dir.root), "-timeout", "0", "-server", server.address()});
     EXPECT_EQ(run.exit_code, 0) << run.err;
     EXPECT_EQ(seen(server), (stream_made ? file + ":alt/1 " : "") + file + "/1");
 }

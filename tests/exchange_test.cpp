@@ -1,15 +1,16 @@
 // One exchange in process; the tries and the statuses of each kind of reply are the end-to-end tests'.
+#include "transport/exchange.h"
 #include "dns/query_builder.h"
 #include "support/e2e.h"
-#include "transport/exchange.h"
 
 namespace {
 
 using namespace test_support;
 
 TEST(Exchange, EveryEntrySharesTheOneReceivedPacket) {
-    const datagram reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0}, {1, 'a', 1, 'b', 0, 0, 1, 0, 1},  // a.b. A IN
-                                 {0xC0, 12, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4}});               // 1.2.3.4
+    const datagram reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},
+                                 {1, 'a', 1, 'b', 0, 0, 1, 0, 1},                          // a.b. A IN
+                                 {0xC0, 12, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4}});  // 1.2.3.4
     responder server(answer(reply));
     dns_entry query, empty;
     ASSERT_TRUE(build_query(query, "a.b", 1));

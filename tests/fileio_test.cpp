@@ -20,8 +20,10 @@ TEST(Fileio, ResultsStreamWritesWholeBlocks) {
             uni::fileio_output& out = *results.make_stream();
             const std::string padding(total - 2, 'f');
             const std::string what = std::to_string(total) + (line_end_last ? " bytes, line end last" : " bytes");
-            if (line_end_last) out.fill('f', padding.size()), out.end_line();
-            else out.end_line(), out.fill('f', padding.size());
+            if (line_end_last)
+                out.fill('f', padding.size()), out.end_line();
+            else
+                out.end_line(), out.fill('f', padding.size());
             EXPECT_EQ(std::filesystem::file_size(dir / "r.txt"), total / block * block) << what;
             results.close();
             std::string bytes;

@@ -3,8 +3,8 @@
 #include <tuple>
 
 #include "driver/cmd_params.h"
-#include "platform/text_convert.h"
 #include "platform/fileio.h"
+#include "platform/text_convert.h"
 #include "support/fixtures.h"
 
 namespace {
@@ -19,7 +19,8 @@ std::vector<filter_entry> filters_of(const std::vector<const char*>& values, boo
 }
 
 TEST(Filter, Matching) {
-    const std::tuple<std::vector<const char*>, const char16_t*, bool> cases[] = {  // filters, text, passes
+    const std::tuple<std::vector<const char*>, const char16_t*, bool> cases[] = {
+        // filters, text, passes
         {{"*example*"}, u"Node1.Example.net", true},
         {{"*.example"}, u"a.example.example", false},  // the first only
         {{"node*"}, u"node.a.example", true},
@@ -42,7 +43,7 @@ TEST(Filter, Matching) {
         {{"\\a"}, u"x\\ab\\c", false},
         {{"\\a"}, u"x\\a", false},  // "a" is the name
         {{"\\b"}, u"\\b", true},    // a path pattern also tries the name
-        {{"*"}, u"", false},  // a line that could not be made wide
+        {{"*"}, u"", false},        // a line that could not be made wide
     };
     for (const auto& [filters, text, passes] : cases)
         EXPECT_EQ(match_filter(cmd_params{}, text, filters_of(filters), nullptr), passes) << to_utf8(text);
@@ -51,7 +52,8 @@ TEST(Filter, Matching) {
 TEST(Filter, Signatures) {
     // Each piece is cut to 8 bits, past 32 bits it reads all ones; an offset comes only with two tokens, in hex,
     // octal or decimal up to its longest form; anything else reads 0.
-    const std::tuple<const char*, std::vector<std::uint8_t>, std::uint64_t> cases[] = {  // value, bytes, offset
+    const std::tuple<const char*, std::vector<std::uint8_t>, std::uint64_t> cases[] = {
+        // value, bytes, offset
         {"4d 5a", {0x4d, 0x5a}, 0},
         {"4d5a", {0x5a}, 0},
         {"4d 5a|0x10", {0x4d, 0x5a}, 16},
@@ -74,12 +76,9 @@ TEST(Filter, Signatures) {
     }
     test_support::temp_dir dir;
     const std::u16string path = to_wide(dir.put("sample.bin", "hello world"));
-    const std::pair<const char*, bool> in_file[] = {  // the last byte is at 10
-        {"68 65", true},
-        {"77 6f|7", false},
-        {"64|10", true},
-        {"64 00|10", false},
-        {"68|0xffffffffffffffff", false},
+    const std::pair<const char*, bool> in_file[] = {
+        // the last byte is at 10
+        {"68 65", true}, {"77 6f|7", false}, {"64|10", true}, {"64 00|10", false}, {"68|0xffffffffffffffff", false},
     };
     for (const auto& [value, passes] : in_file)
         EXPECT_EQ(match_filter(cmd_params{}, path, filters_of({value}, true), nullptr), passes) << value;
@@ -98,10 +97,8 @@ TEST(Filter, TimeBounds) {
     const std::uint64_t hour = 36000000000ULL, t = real.write_time;
     // What, start and stop bound, passes.
     const std::tuple<const char*, bool, std::uint64_t, bool, std::uint64_t, bool> cases[] = {
-        {"start before", true, t - hour, false, 0, true},
-        {"start after", true, t + hour, false, 0, false},
-        {"stop after", false, 0, true, t + hour, true},
-        {"stop before", false, 0, true, t - hour, false},
+        {"start before", true, t - hour, false, 0, true},         {"start after", true, t + hour, false, 0, false},
+        {"stop after", false, 0, true, t + hour, true},           {"stop before", false, 0, true, t - hour, false},
         {"both, around", true, t - hour, true, UINT64_MAX, true},
     };
     for (const auto& [what, start_on, start, stop_on, stop, passes] : cases) {

@@ -7,7 +7,8 @@
 namespace {
 
 TEST(Formats, AcceptedAndRendered) {
-    const std::tuple<const char*, bool, bool, std::size_t> texts[] = {  // text, date ok, time ok, time column
+    const std::tuple<const char*, bool, bool, std::size_t> texts[] = {
+        // text, date ok, time ok, time column
         {"yyyy-mm-dd", true, false, 0},
         {"dd-mmm-yy", false, false, 0},
         {"hh:mm:ss", true, true, 8},
@@ -28,8 +29,8 @@ TEST(Formats, AcceptedAndRendered) {
         {"mmm dd, yy", "hh:mm:ss", true, true, "Nov 19 26", "09:05:07"},
         {"dd/mm-yyyy", "hh:mm:ss.xxxxxxxxxxxx", false, true, "19/11/2026", "09:05:07.042000000"},
         {"mm/dd/yy", "hh:mm:ssxxxx", false, true, "11/19/26", "09:05:07.0420"},
-        {"yyyy-mmmdd", "hh:mm:ss.xxx", false, true, "", "09:05:07.042"},  // year first, month name
-        {"yyyy/dd/mm", "hh:mm:ss.xxx", false, false, "", "09:05:07"},     // not understood: what was found stays
+        {"yyyy-mmmdd", "hh:mm:ss.xxx", false, true, "", "09:05:07.042"},       // year first, month name
+        {"yyyy/dd/mm", "hh:mm:ss.xxx", false, false, "", "09:05:07"},          // not understood: what was found stays
         {"aaaaaaaa", "hh:mm:ss", false, false, "2026-11-19", "09:05:07.042"},  // nothing found: the defaults
     };
     for (const auto& [date_format, time_format, pair, ok, date_text, time_text] : rows) {

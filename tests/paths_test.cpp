@@ -9,8 +9,9 @@ namespace {
 
 TEST(Paths, SplitPath) {
     // Text, then directory and name; a slash counts only without a backslash, a separator at index 0 doesn't cut.
-    const std::pair<const char*, const char*> rows[] = {{"a\\b/c", "a|b/c"}, {"\\x", ".|\\x"}, {"c:\\d\\", "c:\\d|"},
-                                                        {"a\\..", "a\\..|."}, {"a/..", "a//..|."}, {"d/e/f", "d/e|f"}};
+    const std::pair<const char*, const char*> rows[] = {{"a\\b/c", "a|b/c"},   {"\\x", ".|\\x"},
+                                                        {"c:\\d\\", "c:\\d|"}, {"a\\..", "a\\..|."},
+                                                        {"a/..", "a//..|."},   {"d/e/f", "d/e|f"}};
     for (const auto& [text, expected] : rows) {
         std::string dir = "junk", name = "junk";
         EXPECT_TRUE(split_path(text, dir, name) && dir + "|" + name == expected) << text << ": " << dir << "|" << name;
@@ -20,18 +21,24 @@ TEST(Paths, SplitPath) {
 }
 
 TEST(Paths, ExpandPath) {
-    const std::pair<const char*, const char*> environment[] = {{"VEXA_T_DIR", "D:\\data"}, {"VEXA_T_S", "%VEXA_T_S%"},
-        {"VEXA_T_INDIRECT", "%VEXA_T_DIR%\\in"}, {"VEXA_T_GROW", "%VEXA_T_GROW%%VEXA_T_GROW%"}};
+    const std::pair<const char*, const char*> environment[] = {{"VEXA_T_DIR", "D:\\data"},
+                                                               {"VEXA_T_S", "%VEXA_T_S%"},
+                                                               {"VEXA_T_INDIRECT", "%VEXA_T_DIR%\\in"},
+                                                               {"VEXA_T_GROW", "%VEXA_T_GROW%%VEXA_T_GROW%"}};
     using test_support::set_env;
     for (const auto& [name, value] : environment) set_env(name, value);
     for (const char* name : {"VEXA_T_UNSET", "VSS", "vss"}) set_env(name, nullptr);
     const std::string vss(vss_prefix()), long_text = "%VEXA_T_DIR%" + std::string(501, 'x');  // 513 bytes
-    const std::tuple<std::string, bool, std::string> rows[] = {  // text, %vss% allowed, expanded
+    const std::tuple<std::string, bool, std::string> rows[] = {
+        // text, %vss% allowed, expanded
         {"%VEXA_T_DIR%\\%VEXA_T_DIR%", true, "D:\\data\\D:\\data"},
-        {"%VEXA_T_INDIRECT%", true, "D:\\data\\in"},  // inserted text is scanned too
+        {"%VEXA_T_INDIRECT%", true, "D:\\data\\in"},                       // inserted text is scanned too
         {"%VEXA_T_UNSET%VEXA_T_DIR%", true, "%VEXA_T_UNSET%VEXA_T_DIR%"},  // scan goes on behind the pair
-        {"100%", true, "100%"}, {"%VSS%1", true, vss + "1"}, {"%vss%1", false, "%vss%1"},
-        {long_text, true, long_text}, {"%VEXA_T_S%", true, "%VEXA_T_S%"},  // a value that names itself ends
+        {"100%", true, "100%"},
+        {"%VSS%1", true, vss + "1"},
+        {"%vss%1", false, "%vss%1"},
+        {long_text, true, long_text},
+        {"%VEXA_T_S%", true, "%VEXA_T_S%"},  // a value that names itself ends
     };
     for (const auto& [text, allow_vss, expanded] : rows) EXPECT_EQ(expand_path(text, allow_vss), expanded) << text;
     const std::size_t grown = expand_path("%VEXA_T_GROW%", true).size();  // growth past 512 bytes ends it

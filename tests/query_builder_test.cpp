@@ -12,12 +12,15 @@ using test_support::join;
 
 TEST(QueryBuilder, EncodeName) {
     const std::string l255(255, 'x'), l200(200, 'y');
-    const std::tuple<std::string, std::size_t, byte_list> rows[] = {  // text, size (0: refused), first bytes
+    const std::tuple<std::string, std::size_t, byte_list> rows[] = {
+        // text, size (0: refused), first bytes
         {".a..bc.", 6, {1, 'a', 2, 'b', 'c', 0}},           // empty stretches drop out
         {"A_ \xe9", 6, {4, 'A', '_', ' ', 0xe9, 0}},        // bytes go out as given
         {l255, 257, {0xff, 'x'}},                           // the longest label
         {l200 + "." + l200 + "." + l200, 604, {200, 'y'}},  // no limit on the whole name
-        {"a." + l255 + "x", 0, {}}, {"", 0, {}}, {"...", 0, {}},
+        {"a." + l255 + "x", 0, {}},
+        {"", 0, {}},
+        {"...", 0, {}},
     };
     for (const auto& [text, size, head] : rows) {
         byte_list out{0xaa};
@@ -30,14 +33,22 @@ TEST(QueryBuilder, TypesReverseNamesIdsAndFailures) {
     const byte_list arpa{7, 'i', 'n', '-', 'a', 'd', 'd', 'r', 4, 'a', 'r', 'p', 'a', 0};
     // Type, text, the name asked for (none: refused). A PTR query asks for the pieces reversed, empty ones dropped.
     const std::tuple<std::uint32_t, std::string, byte_list> rows[] = {
-        {12, "www.ex", join({{2, 'e', 'x', 3, 'w', 'w', 'w'}, arpa})}, {12, ".1..2.", join({{1, '2', 1, '1'}, arpa})},
-        {12, "...", arpa}, {12, "", {}}, {12, "1." + std::string(256, '9'), {}}, {1, "...", {}}, {28, "a", {}},
+        {12, "www.ex", join({{2, 'e', 'x', 3, 'w', 'w', 'w'}, arpa})},
+        {12, ".1..2.", join({{1, '2', 1, '1'}, arpa})},
+        {12, "...", arpa},
+        {12, "", {}},
+        {12, "1." + std::string(256, '9'), {}},
+        {1, "...", {}},
+        {28, "a", {}},
     };
     for (const auto& [type, text, name] : rows) {
         dns_entry e;
         e.ttl_secs = 7;
         ASSERT_EQ(build_query(e, text, type), !name.empty()) << type << " " << text;
-        if (name.empty()) { EXPECT_EQ(e.packet.size() + e.ttl_secs + e.packet_id + e.query.size(), 0u); continue; }
+        if (name.empty()) {
+            EXPECT_EQ(e.packet.size() + e.ttl_secs + e.packet_id + e.query.size(), 0u);
+            continue;
+        }
         EXPECT_EQ(byte_list(e.packet.data() + 12, e.packet.data() + e.packet.size() - 4), name) << text;
         EXPECT_TRUE(e.packet.data()[e.packet.size() - 3] == type && e.query == text) << text;  // not the reversed name
     }
@@ -46,7 +57,8 @@ TEST(QueryBuilder, TypesReverseNamesIdsAndFailures) {
         dns_entry e;
         ASSERT_TRUE(build_query(e, "example", 1));
         ASSERT_TRUE(e.packet_id >= 10 && e.packet_id <= 99 && e.packet.data()[0] == e.packet_id &&
-                    e.packet.data()[1] == 0) << e.packet_id;  // low byte first
+                    e.packet.data()[1] == 0)
+            << e.packet_id;  // low byte first
         seen.insert(e.packet_id);
     }
     EXPECT_GT(seen.size(), 20u);  // a generator seeded per query from the clock's seconds would repeat itself

@@ -16,8 +16,8 @@ std::string report(std::uint16_t type, std::uint32_t sent, const byte_list& repl
     result.recv_size = static_cast<std::uint32_t>(reply.size());
     result.recv_packet = shared_packet(reply);
     std::uint16_t id = 0;
-    parse_reply("8.8.8.8", 0, result.recv_packet, id, result.question_list, result.answer_list,
-                result.authority_list, result.additions_list);
+    parse_reply("8.8.8.8", 0, result.recv_packet, id, result.question_list, result.answer_list, result.authority_list,
+                result.additions_list);
     dns_entry query = test_support::record_entry(type, {});
     query.query = "a.b";  // as typed: no trailing dot
     params.separator = ",";

@@ -24,9 +24,11 @@ std::vector<std::string> lines_of(const std::string& input, bool trim = true) {
 TEST(StdinStream, LinesAsTheyCame) {
     const std::string y4095(4095, 'y');
     const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {"", {}}, {"a\r\r\n\r\n\n", {"a", "", ""}}, {"a\rb\nc", {"a\rb", "c"}},  // CRs go at the end only
-        {"  name  \r\n#a\n", {"  name  ", "#a"}},  // blanks stay; no comments
-        {"ab\0cd\nef\n"s, {"ab", "ef"}},           // a NUL cuts the rest of the line
+        {"", {}},
+        {"a\r\r\n\r\n\n", {"a", "", ""}},
+        {"a\rb\nc", {"a\rb", "c"}},                  // CRs go at the end only
+        {"  name  \r\n#a\n", {"  name  ", "#a"}},    // blanks stay; no comments
+        {"ab\0cd\nef\n"s, {"ab", "ef"}},             // a NUL cuts the rest of the line
         {"a\0\r\0\n\0b\0\r\0\n\0"s, {"a", "", ""}},  // UTF-16LE: cut at the first NUL of each read up to 0x0A
 
         {std::string(9000, 'y') + "\nz", {y4095, y4095, std::string(810, 'y'), "z"}},  // pieces of 4095

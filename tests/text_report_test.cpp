@@ -32,10 +32,13 @@ TEST(TextReport, WidthsAndLayouts) {
     entry.packet_id = 0xbeef;
     entry.ttl_secs = 4294967295;
     // "sock err" and the TTL run past their places: cells are never cut.
-    EXPECT_TRUE(row_of(entry, params, false, "sock err").ends_with(
-        "| id   | DNSserv         | date       |  time-UTC | type | tname  | class | ttl    | size | data\r\n"
-        "a.b.                                     | answer    | sock err | beef | 192.168.100.200 | 2026-11-19 |"
-        "  09:05:07 |    1 |      A |     1 | 4294967295 |    4 | 1.2.3.4\r\n"));
+    EXPECT_TRUE(
+        row_of(entry, params, false, "sock err")
+            .ends_with(
+                "| id   | DNSserv         | date       |  time-UTC | type | tname  | class | ttl    | size | data\r\n"
+                "a.b.                                     | answer    | sock err | beef | 192.168.100.200 | 2026-11-19 "
+                "|"
+                "  09:05:07 |    1 |      A |     1 | 4294967295 |    4 | 1.2.3.4\r\n"));
     compact.pair_blank = compact.show_header = false;  // -csv -no_whitespace
     EXPECT_EQ(row_of(record_entry(1, {1, 2, 3, 4}), compact, true),
               "a.b.,answer,success,2a,8.8.8.8,2026-11-19,09:05:07.042,1,A,1,300,4,1.2.3.4\r\n");
@@ -53,11 +56,21 @@ TEST(TextReport, DataThatDoesntReadAsItsType) {
     // Type, RDATA, in the answer section, data cell. The lengths in the RDATA claim more than there is, and a
     // name runs off the packet or points at itself.
     const std::tuple<std::uint16_t, byte_list, bool, std::string> cases[] = {
-        {1, {1, 2, 3, 4, 5, 10}, true, "01 02 03 04 05 0a"}, {1, {}, true, "  <none>"}, {28, {0xff}, true, ""},
-        {15, {0, 10, 5, 'm'}, true, "10; 00 0a 05 6d"}, {15, {0x07}, true, "07"}, {5, {0xc0, 0x21}, true, "c0 21"},
-        {6, {0xc0, 12, 0xc0, 12, 0, 1}, true, "c0 0c c0 0c 00 01"}, {12, {3, 'x', 'y'}, true, "03 78 79"},
-        {16, {5, 'a', '\r', '\n', 'b', ','}, true, "\x05" "a  b,\r\n"},  // then an empty line
-        {16, {1, 'z'}, false, "\r\n"}, {99, {0xde, 0xad}, true, "de ad"},
+        {1, {1, 2, 3, 4, 5, 10}, true, "01 02 03 04 05 0a"},
+        {1, {}, true, "  <none>"},
+        {28, {0xff}, true, ""},
+        {15, {0, 10, 5, 'm'}, true, "10; 00 0a 05 6d"},
+        {15, {0x07}, true, "07"},
+        {5, {0xc0, 0x21}, true, "c0 21"},
+        {6, {0xc0, 12, 0xc0, 12, 0, 1}, true, "c0 0c c0 0c 00 01"},
+        {12, {3, 'x', 'y'}, true, "03 78 79"},
+        {16,
+         {5, 'a', '\r', '\n', 'b', ','},
+         true,
+         "\x05"
+         "a  b,\r\n"},  // then an empty line
+        {16, {1, 'z'}, false, "\r\n"},
+        {99, {0xde, 0xad}, true, "de ad"},
     };
     for (const auto& [type, rdata, answer, data] : cases) {
         input_params padded;
@@ -76,10 +89,14 @@ namespace {
 TEST(TextReport, MxShorterThanItsPreferenceInsideAReply) {
     // What follows the MX record, its data cell, the XML attributes.
     const std::tuple<const char*, byte_list, const char*, const char*> cases[] = {
-        {"root-owned A behind it", {0, /* 34: */ 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4},
-         "1280; ", " preference=\"1280\" mx_server=\"\""},  // the name at 35 is the root
-        {"compressed owner behind it", {0xc0, 12, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4},
-         "1472; 05", " preference=\"1472\" mx_server=\"\""},  // 0x05c0; the name at 35 runs off
+        {"root-owned A behind it",
+         {0, /* 34: */ 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4},
+         "1280; ",
+         " preference=\"1280\" mx_server=\"\""},  // the name at 35 is the root
+        {"compressed owner behind it",
+         {0xc0, 12, 0, 1, 0, 1, 0, 0, 0, 60, 0, 4, 1, 2, 3, 4},
+         "1472; 05",
+         " preference=\"1472\" mx_server=\"\""},  // 0x05c0; the name at 35 runs off
     };
     for (const auto& [what, next, data, attributes] : cases) {
         const shared_packet message(test_support::join({
@@ -92,7 +109,8 @@ TEST(TextReport, MxShorterThanItsPreferenceInsideAReply) {
         std::uint16_t id = 0;
         ASSERT_NE(parse_reply("8.8.8.8", test_support::sample_ticks, message, id, result.question_list,
                               result.answer_list, result.authority_list, result.additions_list),
-                  0u) << what;
+                  0u)
+            << what;
         ASSERT_EQ(result.answer_list.size(), 2u) << what;
         input_params padded;
         padded.show_header = false;

@@ -35,11 +35,20 @@ TEST(Text, ParseNumbers) {
 // The C readers' rules under every number reader: white space, one sign, a "0x" for base 16, base 0 finding
 // its base, digits as far as they go; too large a value reads as all ones of the width, whatever the sign.
 TEST(Text, ReadUnsigned) {
-    const std::tuple<int, const char*, std::uint64_t, std::uint32_t> rows[] = {  // base, text, 64 bits, 32 bits
-        {16, "0x1F", 31, 31}, {16, "4\x11", 4, 4} /* a control character is no digit */, {0, "0x10", 16, 16},
-        {0, "017", 15, 15}, {0, "19", 19, 19}, {8, "\v 17z", 15, 15}, {10, "-1", UINT64_MAX, 0xffffffff},
-        {10, "4294967296", 4294967296, 0xffffffff}, {10, "-4294967296", 0xffffffff00000000, 0xffffffff},
-        {16, "1ffffffffffffffff", UINT64_MAX, 0xffffffff}, {10, "+", 0, 0}, {16, "0x", 0, 0},
+    const std::tuple<int, const char*, std::uint64_t, std::uint32_t> rows[] = {
+        // base, text, 64 bits, 32 bits
+        {16, "0x1F", 31, 31},
+        {16, "4\x11", 4, 4} /* a control character is no digit */,
+        {0, "0x10", 16, 16},
+        {0, "017", 15, 15},
+        {0, "19", 19, 19},
+        {8, "\v 17z", 15, 15},
+        {10, "-1", UINT64_MAX, 0xffffffff},
+        {10, "4294967296", 4294967296, 0xffffffff},
+        {10, "-4294967296", 0xffffffff00000000, 0xffffffff},
+        {16, "1ffffffffffffffff", UINT64_MAX, 0xffffffff},
+        {10, "+", 0, 0},
+        {16, "0x", 0, 0},
     };
     for (const auto& [base, text, wide, narrow] : rows) {
         EXPECT_EQ(read_unsigned<std::uint64_t>(text, base), wide) << text;
@@ -48,8 +57,8 @@ TEST(Text, ReadUnsigned) {
     // Where the digits end: the kernel release is read number by number.
     const std::pair<const char*, std::size_t> ends[] = {{"6.1.0-18", 1}, {".", 0}, {" 42x", 3}, {"abc", 0}};
     for (const auto& [text, end] : ends) EXPECT_EQ(scan_number(text, 10, UINT32_MAX).end, end) << text;
-    const std::pair<const char*, double> decimals[] = {
-        {" -1.5", -1.5}, {"\n2", 2}, {"+-1", 0}, {"- 5", 0}, {"x", 0}, {"3e1", 30}, {"12.5:", 12.5}};
+    const std::pair<const char*, double> decimals[] = {{" -1.5", -1.5}, {"\n2", 2},  {"+-1", 0},     {"- 5", 0},
+                                                       {"x", 0},        {"3e1", 30}, {"12.5:", 12.5}};
     for (const auto& [text, value] : decimals) EXPECT_EQ(read_decimal(text), value) << text;
 }
 

@@ -15,7 +15,8 @@ std::string xml_of(const dns_entry& entry, std::string_view status = "success") 
 }
 
 TEST(XmlReport, TranslatedDataThatDoesntReadAsItsType) {
-    const std::tuple<std::uint16_t, byte_list, const char*, const char*> cases[] = {  // type, RDATA, hex, attributes
+    const std::tuple<std::uint16_t, byte_list, const char*, const char*> cases[] = {
+        // type, RDATA, hex, attributes
         {1, {1, 2, 3, 4, 5, 6}, "01 02 03 04 05 06", ""},
         {28, {}, "", " ipv6_addr=\"\""},
         {15, {}, "", ""},
@@ -28,7 +29,8 @@ TEST(XmlReport, TranslatedDataThatDoesntReadAsItsType) {
     for (const auto& [type, rdata, hex, attributes] : cases) {
         const std::string line = xml_of(test_support::record_entry(type, rdata, false));  // any section alike
         EXPECT_EQ(line.substr(line.find("<raw_data_hex>") + 14), std::string(hex) + "</raw_data_hex><translated_data " +
-                                                                   attributes + "></translated_data></data_entry>\r\n");
+                                                                     attributes +
+                                                                     "></translated_data></data_entry>\r\n");
     }
 }
 
@@ -40,12 +42,15 @@ TEST(XmlReport, RowOfTheBuiltQuery) {
     query.dns_type = 12;
     const std::string line = xml_of(query, "timeout");
     EXPECT_TRUE(line.starts_with("<data_entry><query>a|b</query><status>timeout</status>")) << line;
-    EXPECT_TRUE(line.ends_with("<ttl_secs>0</ttl_secs><data_length>0</data_length><raw_data_hex></raw_data_hex>"
-                               "<translated_data  domain_name=\"\"></translated_data></data_entry>\r\n")) << line;
+    EXPECT_TRUE(
+        line.ends_with("<ttl_secs>0</ttl_secs><data_length>0</data_length><raw_data_hex></raw_data_hex>"
+                       "<translated_data  domain_name=\"\"></translated_data></data_entry>\r\n"))
+        << line;
 }
 
 TEST(XmlReport, FormatIpv6FoldsTheFirstZeroRun) {
-    const std::pair<byte_list, std::string> cases[] = {  // one odd byte is no group
+    const std::pair<byte_list, std::string> cases[] = {
+        // one odd byte is no group
         {byte_list(16, 0), "::"},
         {{0, 1, 0, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0}, "1::2:0:0:0:0"},  // the first run
         {{0, 1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 6, 0, 7, 0, 0}, "1:2:3:4:5:6:7::"},

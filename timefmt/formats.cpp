@@ -11,11 +11,11 @@ constexpr std::size_t npos = std::string_view::npos;
 constexpr unsigned max_fraction_digits = 9;
 
 // What an empty format word stands for: "yyyy-mm-dd" and "hh:mm:ss.xxx".
-constexpr std::uint32_t default_word = '-' | fmt_bits::month_digits | fmt_bits::year4 |
-                                       fmt_bits::order_ymd | (3u << fmt_bits::fraction_shift);
+constexpr std::uint32_t default_word =
+    '-' | fmt_bits::month_digits | fmt_bits::year4 | fmt_bits::order_ymd | (3u << fmt_bits::fraction_shift);
 
-constexpr std::array<std::uint64_t, 10> powers_of_ten = {
-    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
+constexpr std::array<std::uint64_t, 10> powers_of_ten = {1,      10,      100,      1000,      10000,
+                                                         100000, 1000000, 10000000, 100000000, 1000000000};
 
 // A date or time text while it is put together: every report row has one
 // of each, so it is built on the stack and handed over in one piece.
@@ -46,9 +46,9 @@ void append_separator(short_text& out, char separator) {
 }
 
 // Three fields joined by the separator.
-void append_date_fields(short_text& out, char separator, std::uint64_t first,
-                        std::size_t first_width, std::uint64_t second, std::size_t second_width,
-                        std::uint64_t third, std::size_t third_width) {
+void append_date_fields(short_text& out, char separator, std::uint64_t first, std::size_t first_width,
+                        std::uint64_t second, std::size_t second_width, std::uint64_t third,
+                        std::size_t third_width) {
     append_number(out, first, first_width);
     append_separator(out, separator);
     append_number(out, second, second_width);
@@ -114,17 +114,15 @@ void render_time(short_text& out, const time_parts& parts, std::uint32_t word) {
 
 }  // namespace
 
-bool date_format_acceptable(std::string_view text) {
-    return text.size() == 8 || text.size() == 10;
-}
+bool date_format_acceptable(std::string_view text) { return text.size() == 8 || text.size() == 10; }
 
 bool time_format_acceptable(std::string_view text) {
     const bool length_ok = text.size() == 8 || (text.size() >= 12 && text.size() <= 18);
     return length_ok && text.find(':') != npos;
 }
 
-bool compile_formats(std::uint32_t& word, std::string_view date_format,
-                     std::string_view time_format, bool pair_datetime) {
+bool compile_formats(std::uint32_t& word, std::string_view date_format, std::string_view time_format,
+                     bool pair_datetime) {
     word = pair_datetime ? fmt_bits::pair_datetime : 0;
 
     // One separator serves between all fields; the first kind found wins.
@@ -183,8 +181,8 @@ std::size_t time_column_width(std::string_view time_format) {
 }
 
 std::string_view month_name(unsigned number) {
-    static constexpr std::array<std::string_view, 12> names = {
-        "Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    static constexpr std::array<std::string_view, 12> names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                               "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     if (number < 1 || number > names.size()) return {};
     return names[number - 1];
 }

@@ -27,8 +27,8 @@ bool time_format_acceptable(std::string_view text);
 
 // Fills `word` from the two format texts. False if the date format could not
 // be understood (the word then holds what was found so far).
-bool compile_formats(std::uint32_t& word, std::string_view date_format,
-                     std::string_view time_format, bool pair_datetime);
+bool compile_formats(std::uint32_t& word, std::string_view date_format, std::string_view time_format,
+                     bool pair_datetime);
 
 // Width of the time column of the padded text layout.
 std::size_t time_column_width(std::string_view time_format);

@@ -23,9 +23,7 @@ constexpr std::array<std::uint16_t, 12> last_day_common = {30,  58,  89,  119, 1
 constexpr std::array<std::uint16_t, 12> last_day_leap = {30,  59,  90,  120, 151, 181,
                                                          212, 243, 273, 304, 334, 365};
 
-bool is_leap_year(std::int64_t year) {
-    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
+bool is_leap_year(std::int64_t year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
 std::int64_t floor_div(std::int64_t a, std::int64_t b) {
     std::int64_t q = a / b;
@@ -77,8 +75,8 @@ bool next_field(std::string_view text, std::size_t& pos, char delimiter, std::st
     return true;
 }
 
-bool store_date_field(char letter, std::string_view field, std::uint32_t& day,
-                      std::uint32_t& month, std::uint32_t& year) {
+bool store_date_field(char letter, std::string_view field, std::uint32_t& day, std::uint32_t& month,
+                      std::uint32_t& year) {
     std::uint32_t value = 0;
     if (!parse_number_c(field, value)) return false;
     switch (letter) {
@@ -90,9 +88,7 @@ bool store_date_field(char letter, std::string_view field, std::uint32_t& day,
 }
 
 // Whether a clock value fits a 16-bit calendar field.
-bool fits_field(double value) {
-    return std::isfinite(value) && value >= 0 && value < 65536;
-}
+bool fits_field(double value) { return std::isfinite(value) && value >= 0 && value < 65536; }
 
 }  // namespace
 
@@ -158,9 +154,8 @@ bool ticks_to_fields(std::uint64_t ticks, calendar_fields& fields) {
     return true;
 }
 
-std::uint64_t fields_to_ticks(std::uint32_t year, std::uint32_t month, std::uint32_t day,
-                              std::uint32_t hour, std::uint32_t minute, std::uint32_t second,
-                              std::uint32_t millisecond) {
+std::uint64_t fields_to_ticks(std::uint32_t year, std::uint32_t month, std::uint32_t day, std::uint32_t hour,
+                              std::uint32_t minute, std::uint32_t second, std::uint32_t millisecond) {
     // Month 0 and day 0 are let through by the date reader: they count back
     // into the month or year before, as does any overflow forward.
     std::int64_t month_index = static_cast<std::int64_t>(month) - 1;
@@ -175,8 +170,7 @@ std::uint64_t fields_to_ticks(std::uint32_t year, std::uint32_t month, std::uint
 
     // Unsigned from here on: absurd field values wrap instead of overflowing.
     const std::uint64_t total_days = static_cast<std::uint64_t>(days);
-    return (millisecond +
-            1000ULL * (second + 60ULL * (minute + 60ULL * (hour + 24ULL * total_days)))) *
+    return (millisecond + 1000ULL * (second + 60ULL * (minute + 60ULL * (hour + 24ULL * total_days)))) *
            ticks_per_millisecond;
 }
 
@@ -308,8 +302,7 @@ std::uint64_t elapsed_stamp() {
 double stamp_difference(std::uint64_t a, std::uint64_t b) {
     constexpr double fraction_unit = 1.0 / 4294967296.0;
     const auto seconds = [](std::uint64_t stamp) {
-        return static_cast<double>(stamp >> 32) +
-               static_cast<double>(stamp & 0xffffffffu) * fraction_unit;
+        return static_cast<double>(stamp >> 32) + static_cast<double>(stamp & 0xffffffffu) * fraction_unit;
     };
     return std::fabs(seconds(a) - seconds(b));
 }

@@ -28,16 +28,15 @@ struct time_parts {
     std::uint64_t nanoseconds = 0;
     bool valid = false;
 
-    time_parts();                             // the present moment
-    explicit time_parts(std::uint64_t ticks); // valid is false if it can't be converted
+    time_parts();                              // the present moment
+    explicit time_parts(std::uint64_t ticks);  // valid is false if it can't be converted
 };
 
 // Plain proleptic Gregorian conversion. False, with all fields 0, for a
 // number that is negative as signed 64-bit.
 bool ticks_to_fields(std::uint64_t ticks, calendar_fields& fields);
-std::uint64_t fields_to_ticks(std::uint32_t year, std::uint32_t month, std::uint32_t day,
-                              std::uint32_t hour, std::uint32_t minute, std::uint32_t second,
-                              std::uint32_t millisecond);
+std::uint64_t fields_to_ticks(std::uint32_t year, std::uint32_t month, std::uint32_t day, std::uint32_t hour,
+                              std::uint32_t minute, std::uint32_t second, std::uint32_t millisecond);
 
 // Date text of the time-bound options. `order` is "YMD"; `delimiter` "/" or "-".
 bool parse_date(std::string_view text, std::string_view order, char delimiter, std::uint32_t& day,

@@ -5,8 +5,8 @@
 #include "report/try_dump.h"
 #include "transport/exchange.h"
 
-bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry,
-                  input_params& params, row_workspace& work) {
+bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry, input_params& params,
+                  row_workspace& work) {
     // Taken as signed, so -retry -1 (all bits set) allows no try at all.
     const auto tries = static_cast<std::int32_t>(params.retries + 1u);
     bool good = false;

@@ -9,5 +9,5 @@
 #include "transport/dns_result.h"
 
 // Always true; what the query came to is only in the report.
-bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry,
-                  input_params& params, row_workspace& work);
+bool run_attempts(uni::output_stream& out, dns_result& result, dns_entry& query_entry, input_params& params,
+                  row_workspace& work);

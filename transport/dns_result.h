@@ -9,9 +9,9 @@
 
 struct dns_result {
     shared_packet sent_packet;
-    std::uint32_t sent_size = 0;    // 0 when nothing went out
+    std::uint32_t sent_size = 0;  // 0 when nothing went out
     shared_packet recv_packet;
-    std::uint32_t recv_size = 0;    // 0 when nothing came
+    std::uint32_t recv_size = 0;  // 0 when nothing came
     std::uint64_t recv_time = 0;
     std::vector<dns_entry> question_list;
     std::vector<dns_entry> answer_list;

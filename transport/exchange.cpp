@@ -92,8 +92,7 @@ bool exchange_query(dns_result& result, dns_entry& query_entry, const std::strin
     result.recv_time = now_ticks();
     std::uint16_t reply_id = 0;
     std::uint32_t reached =
-        parse_reply(server_text, result.recv_time, result.recv_packet, reply_id,
-                    result.question_list, result.answer_list, result.authority_list,
-                    result.additions_list);
+        parse_reply(server_text, result.recv_time, result.recv_packet, reply_id, result.question_list,
+                    result.answer_list, result.authority_list, result.additions_list);
     return reached != 0 && reply_id == query_id;
 }

@@ -22,8 +22,7 @@ public:
 
     bool open();
     // True when every byte was accepted.
-    bool send_to(const std::uint8_t* bytes, std::size_t length, std::uint32_t address,
-                 std::uint16_t port);
+    bool send_to(const std::uint8_t* bytes, std::size_t length, std::uint32_t address, std::uint16_t port);
     // Waits for one datagram and reads it: its length, 0 for anything that brought no data.
     std::uint32_t receive_from(std::uint8_t* buffer, std::uint32_t timeout_secs);
     bool close();

@@ -22,8 +22,7 @@ void clock_precise(std::uint64_t& unix_seconds, std::uint32_t& nanoseconds) {
 void sleep_ms(std::uint32_t milliseconds) {
     timespec left{static_cast<time_t>(milliseconds / 1000),
                   static_cast<long>(milliseconds % 1000) * 1000000L};
-    while (::nanosleep(&left, &left) != 0 && errno == EINTR) {
-    }
+    while (::nanosleep(&left, &left) != 0 && errno == EINTR) {}
 }
 
 }  // namespace os

@@ -33,17 +33,15 @@ std::string native_path(const std::string& path) {
 file_handle file_open(const std::string& path, open_mode mode) {
     int flags = O_CLOEXEC;
     switch (mode) {
-        case open_mode::read: flags |= O_RDONLY; break;
-        case open_mode::write_truncate: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
-        case open_mode::write_keep: flags |= O_WRONLY | O_CREAT; break;
-        case open_mode::write_existing: flags |= O_RDWR; break;
+    case open_mode::read: flags |= O_RDONLY; break;
+    case open_mode::write_truncate: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
+    case open_mode::write_keep: flags |= O_WRONLY | O_CREAT; break;
+    case open_mode::write_existing: flags |= O_RDWR; break;
     }
     std::string native = native_path(path);
     if (native.empty()) return invalid_file;
     int fd;
-    do {
-        fd = ::open(native.c_str(), flags, 0666);
-    } while (fd < 0 && errno == EINTR);
+    do { fd = ::open(native.c_str(), flags, 0666); } while (fd < 0 && errno == EINTR);
     return fd < 0 ? invalid_file : fd;
 }
 
@@ -66,9 +64,7 @@ std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) 
 
 std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity) {
     ssize_t n;
-    do {
-        n = ::read(file, buffer, capacity);
-    } while (n < 0 && errno == EINTR);
+    do { n = ::read(file, buffer, capacity); } while (n < 0 && errno == EINTR);
     return n < 0 ? -1 : static_cast<std::int64_t>(n);
 }
 
@@ -131,7 +127,8 @@ bool file_times(std::u16string_view path, file_facts& facts) {
 bool find_entries(std::u16string_view path, std::vector<dir_item>& items) {
     items.clear();
     const std::size_t cut = path.find_last_of(u"\\/");
-    const std::string dir = cut == std::u16string_view::npos ? std::string(".") : to_utf8(path.substr(0, cut + 1));
+    const std::string dir =
+        cut == std::u16string_view::npos ? std::string(".") : to_utf8(path.substr(0, cut + 1));
     const std::string prefix = to_utf8(cut == std::u16string_view::npos ? path : path.substr(cut + 1));
     const std::string native = native_path(dir);
     DIR* listing = ::opendir(native.c_str());

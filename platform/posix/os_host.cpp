@@ -57,17 +57,16 @@ bool is_remote_path(const std::string& path) {
     struct statfs facts {};
     if (::statfs(path.c_str(), &facts) != 0) return false;
     switch (static_cast<unsigned long>(facts.f_type)) {
-        case 0x6969:      // NFS
-        case 0xFF534D42:  // CIFS
-        case 0xFE534D42:  // SMB2
-        case 0x517B:      // SMB
-        case 0x564c:      // NCP
-        case 0x6B414653:  // AFS
-        case 0x73757245:  // Coda
-        case 0x01021997:  // 9P
-            return true;
-        default:
-            return false;
+    case 0x6969:      // NFS
+    case 0xFF534D42:  // CIFS
+    case 0xFE534D42:  // SMB2
+    case 0x517B:      // SMB
+    case 0x564c:      // NCP
+    case 0x6B414653:  // AFS
+    case 0x73757245:  // Coda
+    case 0x01021997:  // 9P
+        return true;
+    default: return false;
     }
 }
 

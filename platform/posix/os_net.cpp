@@ -31,9 +31,7 @@ void socket_shutdown_send(socket_handle handle) {
     if (handle != invalid_socket) ::shutdown(static_cast<int>(handle), SHUT_WR);
 }
 
-std::uint32_t ipv4_address(const char* text) {
-    return text ? ::inet_addr(text) : INADDR_NONE;
-}
+std::uint32_t ipv4_address(const char* text) { return text ? ::inet_addr(text) : INADDR_NONE; }
 
 std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std::size_t length,
                            std::uint32_t address, std::uint16_t port) {
@@ -43,8 +41,8 @@ std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std:
     to.sin_addr.s_addr = address;
     ssize_t sent;
     do {
-        sent = ::sendto(static_cast<int>(handle), bytes, length, 0,
-                        reinterpret_cast<const sockaddr*>(&to), sizeof to);
+        sent = ::sendto(static_cast<int>(handle), bytes, length, 0, reinterpret_cast<const sockaddr*>(&to),
+                        sizeof to);
     } while (sent < 0 && errno == EINTR);
     return sent < 0 ? -1 : static_cast<std::int64_t>(sent);
 }
@@ -68,8 +66,8 @@ std::int64_t receive_datagram(socket_handle handle, std::uint8_t* buffer, std::s
     socklen_t from_len = sizeof from;
     ssize_t got;
     do {
-        got = ::recvfrom(static_cast<int>(handle), buffer, capacity, 0,
-                         reinterpret_cast<sockaddr*>(&from), &from_len);
+        got = ::recvfrom(static_cast<int>(handle), buffer, capacity, 0, reinterpret_cast<sockaddr*>(&from),
+                         &from_len);
     } while (got < 0 && errno == EINTR);
     return got < 0 ? -1 : static_cast<std::int64_t>(got);
 }

@@ -29,9 +29,7 @@ bool write_stderr(const char* bytes, std::size_t count) { return write_all(2, by
 
 std::int64_t read_stdin(char* buffer, std::size_t capacity) {
     ssize_t n;
-    do {
-        n = ::read(0, buffer, capacity);
-    } while (n < 0 && errno == EINTR);
+    do { n = ::read(0, buffer, capacity); } while (n < 0 && errno == EINTR);
     return n < 0 ? -1 : static_cast<std::int64_t>(n);
 }
 

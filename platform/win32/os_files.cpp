@@ -26,7 +26,9 @@ std::uint64_t ticks_of(const FILETIME& time) {
     return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
 }
 
-unsigned int piece_of(std::size_t count) { return count > INT_MAX ? INT_MAX : static_cast<unsigned int>(count); }
+unsigned int piece_of(std::size_t count) {
+    return count > INT_MAX ? INT_MAX : static_cast<unsigned int>(count);
+}
 }  // namespace
 
 file_handle file_open(const std::string& path, open_mode mode) {
@@ -34,10 +36,13 @@ file_handle file_open(const std::string& path, open_mode mode) {
     int flags = _O_BINARY | _O_NOINHERIT;
     int permission = _S_IREAD | _S_IWRITE;
     switch (mode) {
-        case open_mode::read: flags |= _O_RDONLY; permission = _S_IREAD; break;
-        case open_mode::write_truncate: flags |= _O_RDWR | _O_CREAT | _O_TRUNC; break;
-        case open_mode::write_keep: flags |= _O_RDWR | _O_CREAT; break;
-        case open_mode::write_existing: flags |= _O_RDWR; break;
+    case open_mode::read:
+        flags |= _O_RDONLY;
+        permission = _S_IREAD;
+        break;
+    case open_mode::write_truncate: flags |= _O_RDWR | _O_CREAT | _O_TRUNC; break;
+    case open_mode::write_keep: flags |= _O_RDWR | _O_CREAT; break;
+    case open_mode::write_existing: flags |= _O_RDWR; break;
     }
     const std::wstring native = win32::wide(path);
     if (native.empty()) return invalid_file;
@@ -120,8 +125,9 @@ bool file_times(std::u16string_view path, file_facts& facts) {
     } else {
         return false;
     }
-    const HANDLE file = CreateFileW(win32::wide(target).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, open_directories_too, nullptr);
+    const HANDLE file =
+        CreateFileW(win32::wide(target).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, open_directories_too, nullptr);
     if (file == INVALID_HANDLE_VALUE) return false;
     BY_HANDLE_FILE_INFORMATION info{};
     const bool known = GetFileInformationByHandle(file, &info) != FALSE;
@@ -156,7 +162,8 @@ bool find_entries(std::u16string_view path, std::vector<dir_item>& items) {
 void named_streams(std::u16string_view path, std::vector<std::u16string>& names) {
     names.clear();
     WIN32_FIND_STREAM_DATA found{};
-    const HANDLE search_handle = FindFirstStreamW(win32::wide(path).c_str(), FindStreamInfoStandard, &found, 0);
+    const HANDLE search_handle =
+        FindFirstStreamW(win32::wide(path).c_str(), FindStreamInfoStandard, &found, 0);
     if (search_handle == INVALID_HANDLE_VALUE) return;
     bool first = true;
     do {

@@ -54,7 +54,8 @@ bool wait_readable(socket_handle handle, std::uint32_t timeout_secs) {
     FD_SET(as_socket(handle), &readable);
     timeval wait{timeout_secs > LONG_MAX ? LONG_MAX : static_cast<long>(timeout_secs), 0};
     // A failed select leaves the set as it was: that is no reply.
-    if (::select(static_cast<int>(handle) + 1, &readable, nullptr, nullptr, &wait) == SOCKET_ERROR) return false;
+    if (::select(static_cast<int>(handle) + 1, &readable, nullptr, nullptr, &wait) == SOCKET_ERROR)
+        return false;
     return FD_ISSET(as_socket(handle), &readable) != 0;
 }
 

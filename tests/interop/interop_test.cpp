@@ -26,9 +26,9 @@ const std::string server_address = "127.53.53.53";
 // True when the server gives an authoritative answer for the zone's SOA.
 bool answers_soa(int fd) {
     const std::uint8_t probe[] = {
-        0x4e, 0x53, 0x00, 0x00, 0, 1, 0, 0, 0, 0, 0, 0,                   // ID, no RD, QD 1
-        7, 'i', 'n', 't', 'e', 'r', 'o', 'p', 4, 't', 'e', 's', 't', 0,  // interop.test.
-        0, 6, 0, 1,                                                       // SOA IN
+        0x4e, 0x53, 0x00, 0x00, 0,   1,   0,   0,   0, 0,   0,   0,            // ID, no RD, QD 1
+        7,    'i',  'n',  't',  'e', 'r', 'o', 'p', 4, 't', 'e', 's', 't', 0,  // interop.test.
+        0,    6,    0,    1,                                                   // SOA IN
     };
     sockaddr_in to{};
     to.sin_family = AF_INET;
@@ -103,8 +103,9 @@ std::string trimmed(std::string_view text) {
 
 std::string between(std::string_view line, const std::string& open, const std::string& close) {
     const std::size_t from = line.find(open), to = line.find(close, from);
-    return from == std::string::npos || to == std::string::npos ? "" : trimmed(line.substr(from + open.size(),
-                                                                                          to - from - open.size()));
+    return from == std::string::npos || to == std::string::npos
+               ? ""
+               : trimmed(line.substr(from + open.size(), to - from - open.size()));
 }
 
 // A report behind its run record, with date and time masked, and what each
@@ -164,7 +165,8 @@ TEST(Interop, OneRowWholeInEachForm) {
         "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data\n25.2.0.192.in-addr.arpa.,"
         "answer,success,{id},{srv},####-##-##, ##:##:##.###,12,PTR,1,3600,19,mail.interop.test.\n";
     const std::string xml_text =
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n\n<logdata tool=\"vexa ver: 0.48\" cmdline=\"" + program_seen() + "\">\n"
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n\n<logdata tool=\"vexa ver: 0.48\" cmdline=\"" + program_seen() +
+        "\">\n"
         "<data_entry><query>25.2.0.192.in-addr.arpa.</query><status>success</status><packet_id>{id4}</packet_id>"
         "<dns_server>{srv}</dns_server><query_date_utc>####-##-##</query_date_utc><query_time_utc>##:##:##.###"
         "</query_time_utc><dns_type>12</dns_type><dns_type_name>PTR</dns_type_name><dns_class>1</dns_class>"
@@ -229,7 +231,10 @@ TEST(Interop, EachCommandReportsWhatTheZoneHolds) {
         // TXT: the raw data, length bytes included.
         {{"-txt", "notes.interop.test"},
          {{"notes.interop.test. answer success TXT 3600 14", "\x03one\x03two\x05three"}}},
-        {{"-txt", "odd.interop.test"}, {{"odd.interop.test. answer success TXT 2147483647 9", "\x08" "a b, c|d"}}},
+        {{"-txt", "odd.interop.test"},
+         {{"odd.interop.test. answer success TXT 2147483647 9",
+           "\x08"
+           "a b, c|d"}}},
     };
     for (const auto& [command, rows] : cases)
         for (form f : {padded, csv, xml}) {

@@ -56,9 +56,13 @@ std::string expand(std::string_view text, std::uint16_t id, std::string_view ser
     std::string header = "DNSserv";
     header.resize(std::max(header.size(), server.size()), ' ');
     const char shown = (id & 0xFF) >= 32 && (id & 0xFF) <= 126 ? static_cast<char>(id & 0xFF) : '.';
-    const std::pair<std::string_view, std::string> fills[] = {
-        {"\n", "\r\n"}, {"{id4}", id4}, {"{id}", id1}, {"{xx}", xx}, {"{c}", std::string(1, shown)},
-        {"{srvhdr}", header}, {"{srv}", std::string(server)}};
+    const std::pair<std::string_view, std::string> fills[] = {{"\n", "\r\n"},
+                                                              {"{id4}", id4},
+                                                              {"{id}", id1},
+                                                              {"{xx}", xx},
+                                                              {"{c}", std::string(1, shown)},
+                                                              {"{srvhdr}", header},
+                                                              {"{srv}", std::string(server)}};
     std::string out(text);
     for (const auto& [from, to] : fills)
         for (std::size_t at = 0; (at = out.find(from, at)) != std::string::npos; at += to.size())
@@ -95,8 +99,7 @@ std::time_t instant_of(const std::string& text) {
 
 std::string_view report_body(std::string_view out) {
     for (std::string_view blank : {"\r\n\r\n", "\n\n"})
-        if (const std::size_t at = out.find(blank); at != std::string_view::npos)
-            return out.substr(at + blank.size());
+        if (const std::size_t at = out.find(blank); at != std::string_view::npos) return out.substr(at + blank.size());
     return out;
 }
 

@@ -34,9 +34,9 @@ inline dns_entry record_entry(std::uint16_t type, const std::vector<std::uint8_t
     const auto hi = [](unsigned v) { return static_cast<std::uint8_t>(v >> 8); };
     const auto lo = [](unsigned v) { return static_cast<std::uint8_t>(v); };
     dns_entry e;
-    e.packet = shared_packet(join({{0x2a, 0x00, 0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},  // ID 42, QR RD RA
-                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},                  // 12: a.b. A IN
-                                   {0xc0, 12, hi(type), lo(type), 0, 1},              // 21: a.b. <type> IN
+    e.packet = shared_packet(join({{0x2a, 0x00, 0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},        // ID 42, QR RD RA
+                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},                         // 12: a.b. A IN
+                                   {0xc0, 12, hi(type), lo(type), 0, 1},                    // 21: a.b. <type> IN
                                    {0, 0, 0x01, 0x2c, hi(rdata.size()), lo(rdata.size())},  // TTL 300
                                    rdata}));
     e.dns_server = "8.8.8.8";

@@ -21,8 +21,7 @@ int watch_event(const char* name) {
     std::fputs("ready\n", stdout);
     std::fflush(stdout);
     char chunk[256];
-    while (std::fread(chunk, 1, sizeof chunk, stdin) > 0) {
-    }
+    while (std::fread(chunk, 1, sizeof chunk, stdin) > 0) {}
     const bool set = WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
     CloseHandle(event);
     return set ? 0 : 1;

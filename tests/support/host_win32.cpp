@@ -19,7 +19,9 @@ std::wstring wide(std::string_view text) {
 }  // namespace
 
 // Through the wide environment, which is the one the tool reads.
-void set_env(const char* name, const char* value) { ::_wputenv_s(wide(name).c_str(), wide(value ? value : "").c_str()); }
+void set_env(const char* name, const char* value) {
+    ::_wputenv_s(wide(name).c_str(), wide(value ? value : "").c_str());
+}
 
 void with_stdin(std::string_view bytes, const std::function<void()>& body) {
     const std::filesystem::path file =

@@ -49,14 +49,17 @@ int main(int argc, char** argv) {
         const char* private_net = std::getenv("VEXA_IN_PRIVATE_NET");
         in_private_network = private_net && std::string(private_net) == "1";
         if (!in_private_network)
-            std::fprintf(stderr, "warning: not in a private network (VEXA_IN_PRIVATE_NET=1); tests use the host's "
-                                 "loopback\n");
+            std::fprintf(stderr,
+                         "warning: not in a private network (VEXA_IN_PRIVATE_NET=1); tests use the host's "
+                         "loopback\n");
     } else if (!GTEST_FLAG_GET(list_tests)) {
         const std::string why = enter_private_network();
         in_private_network = why.empty();
         if (!in_private_network)
-            std::fprintf(stderr, "warning: no private network namespace with loopback (%s); tests use "
-                                 "the host's loopback, and binding port 53 needs root\n", why.c_str());
+            std::fprintf(stderr,
+                         "warning: no private network namespace with loopback (%s); tests use "
+                         "the host's loopback, and binding port 53 needs root\n",
+                         why.c_str());
     }
     return RUN_ALL_TESTS();
 }

@@ -57,8 +57,8 @@ void responder::serve() {
         }
         sockaddr_in from{};
         socklen_t from_len = sizeof from;
-        const ssize_t got = ::recvfrom(fd_, buffer.data(), buffer.size(), MSG_DONTWAIT,
-                                       reinterpret_cast<sockaddr*>(&from), &from_len);
+        const ssize_t got =
+            ::recvfrom(fd_, buffer.data(), buffer.size(), MSG_DONTWAIT, reinterpret_cast<sockaddr*>(&from), &from_len);
         datagram query(buffer.begin(), buffer.begin() + std::max<ssize_t>(got, 0));
         for (const datagram& reply : got >= 0 ? handler_(query) : std::vector<datagram>{})
             ::sendto(fd_, reply.data(), reply.size(), 0, reinterpret_cast<const sockaddr*>(&from), from_len);
