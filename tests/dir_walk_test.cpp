@@ -27,15 +27,13 @@ paths walk(const std::string& root, std::uint32_t depth, const char* filter = nu
 TEST(DirWalk, WhatAWalkFinds) {
     test_support::temp_dir dir;
     for (const char* file : {"a.txt", "b.log", "sub1/d.txt", "sub1/x/e.txt", "sub2/g.log", "empty/"}) dir.put(file);
-    const std::string slashed = dir.root.generic_string();
-    std::string root = slashed;
+    std::string slashed = dir.root.generic_string(), root = slashed;
     std::replace(root.begin(), root.end(), '/', '\\');
     // Directories that don't pass the filter are walked all the same.
     EXPECT_EQ(walk(root, 1, "*.txt"), (paths{root + "\\a.txt", root + "\\sub1\\d.txt"}));
     // A root with slashes keeps them, and the tool's separator is added.
     EXPECT_EQ(walk(slashed, 0), (paths{slashed + "/\\/a.txt", slashed + "/\\/b.log"}));
-    EXPECT_EQ(walk(root + "\\empty", 5), paths{});
-    EXPECT_EQ(walk(root + "\\no-such-dir", 5), paths{});
+    EXPECT_TRUE(walk(root + "\\empty", 5).empty() && walk(root + "\\no-such-dir", 5).empty());
     // "\*\" stands for every directory there: here sub1, sub2, empty.
     EXPECT_EQ(walk(root + "\\*\\", 0), (paths{root + "\\sub1\\d.txt", root + "\\sub2\\g.log"}));
     // Past 256 characters the listing takes the long form, and the paths it finds lose that prefix again.

@@ -30,7 +30,6 @@ TEST(StdinStream, LinesAsTheyCame) {
         {"  name  \r\n#a\n", {"  name  ", "#a"}},    // blanks stay; no comments
         {"ab\0cd\nef\n"s, {"ab", "ef"}},             // a NUL cuts the rest of the line
         {"a\0\r\0\n\0b\0\r\0\n\0"s, {"a", "", ""}},  // UTF-16LE: cut at the first NUL of each read up to 0x0A
-
         {std::string(9000, 'y') + "\nz", {y4095, y4095, std::string(810, 'y'), "z"}},  // pieces of 4095
         // The dropped bytes behind a NUL still count towards the 4095.
         {"ab\0"s + std::string(5000, 'c') + "\n", {"ab", std::string(908, 'c')}},
