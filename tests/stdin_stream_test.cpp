@@ -22,18 +22,17 @@ std::vector<std::string> lines_of(const std::string& input, bool trim = true) {
 }
 
 TEST(StdinStream, LinesAsTheyCame) {
+    // CRs go at the end only, blanks stay, no comments; a NUL cuts the rest of the line (so UTF-16LE is cut at the
+    // first NUL of each read up to 0x0A); long lines come in pieces of 4095, counting the bytes dropped behind a NUL.
     const std::string y4095(4095, 'y');
+    // clang-format off
     const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {"", {}},
-        {"a\r\r\n\r\n\n", {"a", "", ""}},
-        {"a\rb\nc", {"a\rb", "c"}},                  // CRs go at the end only
-        {"  name  \r\n#a\n", {"  name  ", "#a"}},    // blanks stay; no comments
-        {"ab\0cd\nef\n"s, {"ab", "ef"}},             // a NUL cuts the rest of the line
-        {"a\0\r\0\n\0b\0\r\0\n\0"s, {"a", "", ""}},  // UTF-16LE: cut at the first NUL of each read up to 0x0A
-        {std::string(9000, 'y') + "\nz", {y4095, y4095, std::string(810, 'y'), "z"}},  // pieces of 4095
-        // The dropped bytes behind a NUL still count towards the 4095.
+        {"", {}}, {"a\r\r\n\r\n\n", {"a", "", ""}}, {"a\rb\nc", {"a\rb", "c"}}, {"ab\0cd\nef\n"s, {"ab", "ef"}},
+        {"  name  \r\n#a\n", {"  name  ", "#a"}}, {"a\0\r\0\n\0b\0\r\0\n\0"s, {"a", "", ""}},
+        {std::string(9000, 'y') + "\nz", {y4095, y4095, std::string(810, 'y'), "z"}},
         {"ab\0"s + std::string(5000, 'c') + "\n", {"ab", std::string(908, 'c')}},
     };
+    // clang-format on
     for (const auto& [input, lines] : cases) EXPECT_EQ(lines_of(input), lines) << input.substr(0, 20);
     EXPECT_EQ(lines_of("a\r\nb", false), (std::vector<std::string>{"a\r\n", "b"}));  // untrimmed
 }
