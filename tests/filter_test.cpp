@@ -47,7 +47,8 @@ TEST(Filter, Signatures) {
         const std::vector<filter_entry> entries = filters_of(value, true);
         ASSERT_EQ(entries.size(), bytes.empty() ? 0u : 1u) << value;
         if (entries.empty()) continue;
-        EXPECT_TRUE(entries[0].signature == bytes && entries[0].signature_offset == offset) << value;
+        EXPECT_EQ(entries[0].signature, bytes) << value;
+        EXPECT_EQ(entries[0].signature_offset, offset) << value;
     }
     test_support::temp_dir dir;
     const std::u16string path = to_wide(dir.put("sample.bin", "hello world"));  // the last byte is at 10
@@ -73,7 +74,8 @@ TEST(Filter, TimeBounds) {
         params.start_filter = {start != 0, start, 0};
         params.stop_filter = {stop != 0, stop, 0};
         file_info facts;  // filled for the caller
-        EXPECT_TRUE(match_filter(params, path, {}, &facts) == passes && facts.write_time == t) << start << " " << stop;
+        EXPECT_EQ(match_filter(params, path, {}, &facts), passes) << start << " " << stop;
+        EXPECT_EQ(facts.write_time, t) << start << " " << stop;
         EXPECT_TRUE(match_filter(params, path, {}, nullptr)) << "without the facts, no time test";
         EXPECT_FALSE(match_filter(params, u"a.example", {}, &none)) << "a host name has no file";
     }
