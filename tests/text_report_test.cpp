@@ -32,13 +32,11 @@ TEST(TextReport, WidthsAndLayouts) {
     entry.packet_id = 0xbeef;
     entry.ttl_secs = 4294967295;
     // "sock err" and the TTL run past their places: cells are never cut.
-    EXPECT_TRUE(
-        row_of(entry, params, false, "sock err")
-            .ends_with(
-                "| id   | DNSserv         | date       |  time-UTC | type | tname  | class | ttl    | size | data\r\n"
-                "a.b.                                     | answer    | sock err | beef | 192.168.100.200 | 2026-11-19 "
-                "|"
-                "  09:05:07 |    1 |      A |     1 | 4294967295 |    4 | 1.2.3.4\r\n"));
+    const std::string tail =
+        "| id   | DNSserv         | date       |  time-UTC | type | tname  | class | ttl    | size | data\r\n"
+        "a.b.                                     | answer    | sock err | beef | 192.168.100.200 | "
+        "2026-11-19 |  09:05:07 |    1 |      A |     1 | 4294967295 |    4 | 1.2.3.4\r\n";
+    EXPECT_TRUE(row_of(entry, params, false, "sock err").ends_with(tail));
     compact.pair_blank = compact.show_header = false;  // -csv -no_whitespace
     EXPECT_EQ(row_of(record_entry(1, {1, 2, 3, 4}), compact, true),
               "a.b.,answer,success,2a,8.8.8.8,2026-11-19,09:05:07.042,1,A,1,300,4,1.2.3.4\r\n");
@@ -64,11 +62,7 @@ TEST(TextReport, DataThatDoesntReadAsItsType) {
         {5, {0xc0, 0x21}, true, "c0 21"},
         {6, {0xc0, 12, 0xc0, 12, 0, 1}, true, "c0 0c c0 0c 00 01"},
         {12, {3, 'x', 'y'}, true, "03 78 79"},
-        {16,
-         {5, 'a', '\r', '\n', 'b', ','},
-         true,
-         "\x05"
-         "a  b,\r\n"},  // then an empty line
+        {16, {5, 'a', '\r', '\n', 'b', ','}, true, "\005a  b,\r\n"},  // then an empty line
         {16, {1, 'z'}, false, "\r\n"},
         {99, {0xde, 0xad}, true, "de ad"},
     };
@@ -78,10 +72,6 @@ TEST(TextReport, DataThatDoesntReadAsItsType) {
         EXPECT_TRUE(row_of(record_entry(type, rdata, answer), padded).ends_with(" | " + data + "\r\n")) << type;
     }
 }
-
-}  // namespace
-
-namespace {
 
 // Regression: an MX record of one byte inside a reply takes its preference's
 // second byte, and its name, from the record behind it; only at the very end
@@ -105,19 +95,16 @@ TEST(TextReport, MxShorterThanItsPreferenceInsideAReply) {
             {0xc0, 12, 0, 15, 0, 1, 0, 0, 0, 60, 0, 1, 0x05},  // 21: a.b. MX IN 60, RDLENGTH 1, at 33: 05
             next,                                              // 34: the second answer
         }));
-        dns_result result;
+        dns_result r;
         std::uint16_t id = 0;
-        ASSERT_NE(parse_reply("8.8.8.8", test_support::sample_ticks, message, id, result.question_list,
-                              result.answer_list, result.authority_list, result.additions_list),
-                  0u)
-            << what;
-        ASSERT_EQ(result.answer_list.size(), 2u) << what;
+        parse_reply("8.8.8.8", 0, message, id, r.question_list, r.answer_list, r.authority_list, r.additions_list);
+        ASSERT_EQ(r.answer_list.size(), 2u) << what;
         input_params padded;
         padded.show_header = false;
-        EXPECT_TRUE(row_of(result.answer_list[0], padded).ends_with(" |    1 | " + std::string(data) + "\r\n")) << what;
+        EXPECT_TRUE(row_of(r.answer_list[0], padded).ends_with(" |    1 | " + std::string(data) + "\r\n")) << what;
         test_support::string_output xml;
         row_workspace work;
-        write_xml_entry(result.answer_list[0], xml, input_params{}, "success", work);
+        write_xml_entry(r.answer_list[0], xml, input_params{}, "success", work);
         EXPECT_NE(xml.text().find(std::string("<translated_data ") + attributes + ">"), std::string::npos) << what;
     }
 }

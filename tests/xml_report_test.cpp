@@ -28,9 +28,8 @@ TEST(XmlReport, TranslatedDataThatDoesntReadAsItsType) {
     };
     for (const auto& [type, rdata, hex, attributes] : cases) {
         const std::string line = xml_of(test_support::record_entry(type, rdata, false));  // any section alike
-        EXPECT_EQ(line.substr(line.find("<raw_data_hex>") + 14), std::string(hex) + "</raw_data_hex><translated_data " +
-                                                                     attributes +
-                                                                     "></translated_data></data_entry>\r\n");
+        const std::string tail = std::string(hex) + "</raw_data_hex><translated_data " + attributes + "></";
+        EXPECT_TRUE(line.ends_with("<raw_data_hex>" + tail + "translated_data></data_entry>\r\n")) << line;
     }
 }
 
@@ -49,24 +48,21 @@ TEST(XmlReport, RowOfTheBuiltQuery) {
 }
 
 TEST(XmlReport, FormatIpv6FoldsTheFirstZeroRun) {
+    // An odd last byte is no group.
     const std::pair<byte_list, std::string> cases[] = {
-        // one odd byte is no group
         {byte_list(16, 0), "::"},
         {{0, 1, 0, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0}, "1::2:0:0:0:0"},  // the first run
         {{0, 1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 6, 0, 7, 0, 0}, "1:2:3:4:5:6:7::"},
-        {{0xab, 0xcd}, "abcd"},
+        {{0xab, 0xcd, 0xff}, "abcd"},
         {{0xff}, ""},
     };
     for (const auto& [bytes, expected] : cases) {
         std::string text = "old";
-        EXPECT_TRUE(format_ipv6(bytes.data(), bytes.size(), text)) << expected;
-        EXPECT_EQ(text, expected);
+        EXPECT_TRUE(format_ipv6(bytes.data(), bytes.size(), text) && text == expected) << text;
     }
     std::string text = "old";
     const std::uint8_t one = 1;
-    EXPECT_FALSE(format_ipv6(&one, 0, text));
-    EXPECT_FALSE(format_ipv6(nullptr, 16, text));
-    EXPECT_EQ(text, "old");
+    EXPECT_FALSE(format_ipv6(&one, 0, text) || format_ipv6(nullptr, 16, text) || text != "old");
 }
 
 }  // namespace
