@@ -22,8 +22,9 @@ TEST(Exchange, EveryEntrySharesTheOneReceivedPacket) {
     EXPECT_LE(query.query_time, result.recv_time);
     ASSERT_EQ(result.answer_list.size(), 1u);
     const dns_entry& e = result.answer_list[0];  // what each entry of the reply shares is reply_parser_test's
-    EXPECT_TRUE(e.packet.data() == result.recv_packet.data() && e.query_time == result.recv_time &&
-                e.dns_server == server.address());
+    EXPECT_EQ(e.packet.data(), result.recv_packet.data());
+    EXPECT_EQ(e.query_time, result.recv_time);
+    EXPECT_EQ(e.dns_server, server.address());
     EXPECT_FALSE(exchange_query(result, empty, server.address(), 0));  // no query, no traffic
     EXPECT_EQ(result.sent_size, 0u);
     EXPECT_EQ(server.queries().size(), 1u);

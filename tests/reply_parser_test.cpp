@@ -42,12 +42,16 @@ TEST(ReplyParser, FullReply) {
     const auto raw = p.lists[1][0].raw_data();  // only answers carry raw data; the others keep offset and length
     EXPECT_EQ(bytes(raw.begin(), raw.end()), (bytes{1, 'x', 0xc0, 12}));
     const dns_entry& txt = p.lists[3][0];
-    EXPECT_TRUE(txt.data_offset == 80 && txt.data_length == 3 && txt.raw_data().empty());
+    EXPECT_EQ(txt.data_offset, 80u);
+    EXPECT_EQ(txt.data_length, 3u);
+    EXPECT_TRUE(txt.raw_data().empty());
     for (const auto& list : p.lists)
-        for (const dns_entry& e : list)  // all share the one message
-            EXPECT_TRUE(e.packet.data() == message.data() && e.packet_id == 0x012a && e.query_time == 1234 &&
-                        e.dns_server == "192.0.2.53")
-                << e.query;
+        for (const dns_entry& e : list) {  // all share the one message
+            EXPECT_EQ(e.packet.data(), message.data()) << e.query;
+            EXPECT_EQ(e.packet_id, 0x012a) << e.query;
+            EXPECT_EQ(e.query_time, 1234u) << e.query;
+            EXPECT_EQ(e.dns_server, "192.0.2.53") << e.query;
+        }
 }
 
 TEST(ReplyParser, CountsTruncationsAndFaults) {

@@ -58,7 +58,8 @@ TEST(XmlReport, FormatIpv6FoldsTheFirstZeroRun) {
     };
     for (const auto& [bytes, expected] : cases) {
         std::string text = "old";
-        EXPECT_TRUE(format_ipv6(bytes.data(), bytes.size(), text) && text == expected) << text;
+        EXPECT_TRUE(format_ipv6(bytes.data(), bytes.size(), text)) << expected;
+        EXPECT_EQ(text, expected);
     }
     std::string text = "old";
     const std::uint8_t one = 1;
