@@ -2,8 +2,6 @@
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,9 +15,6 @@ namespace fs = std::filesystem;
 using clock_type = std::chrono::steady_clock;
 using strings = std::vector<std::string>;
 
-const datagram one_a_reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},  // from the flags on: QR RD RA; QD 1, AN 1
-                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},       // a.b. A IN
-                                   {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 1, 2, 3, 4}});  // a.b. A 300 1.2.3.4
 const std::string erase = "\x1b[2K\r    \r";
 const std::string server_message =
     "error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n";
@@ -47,11 +42,6 @@ std::size_t count_of(const std::string& text, const std::string& part) {
     std::size_t n = 0;
     for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++n;
     return n;
-}
-
-std::string read_file(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 std::string backslashed(std::string path) {

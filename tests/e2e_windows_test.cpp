@@ -1,7 +1,5 @@
 // What only the Windows build does: vexa.exe run through Wine. On Linux these skip.
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "support/e2e.h"
 
@@ -24,8 +22,7 @@ TEST(E2eWindows, ResultsFileOnALongPath) {
     responder server(silent());
     const e2e_run r = run_against(server, {"-url", "a.b", "-csv", "-timeout", "0", "-out", file});
     EXPECT_EQ(r.run.exit_code, 0) << r.run.err;
-    std::ifstream in(deep / "r.txt", std::ios::binary);
-    const std::string report{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string report = read_file(deep / "r.txt");
     EXPECT_TRUE(report.starts_with("vexa ver: 0.48\r\n")) << report;
     EXPECT_TRUE(lines_end_in_crlf(report));
     EXPECT_EQ(r.queries.size(), 1u);

@@ -32,6 +32,8 @@ std::vector<std::string> command_for(const std::vector<std::string>& args,
 int spawn(const std::vector<std::string>& words, const int fds[3]);
 // Reads `fd` until `text` has come (or, for an empty `text`, the end), waiting up to 10 s for each piece.
 bool read_until(int fd, std::string& got, const std::string& text);
+// A file's bytes; empty if it can't be read.
+std::string read_file(const std::filesystem::path& path);
 // A path of this machine as Windows under Wine names it: on drive Z:, the root.
 std::string on_drive_z(const std::filesystem::path& path);
 // The program's name as the target sees it in its first argument.
@@ -72,6 +74,10 @@ struct e2e_run {
 };
 e2e_run run_against(const responder& server, std::vector<std::string> args, std::string_view input = {});
 
+// A reply to "a.b. A IN" from the flags on (QR RD RA), one answer: a.b. A 300 1.2.3.4.
+inline const datagram one_a_reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},
+                                          {1, 'a', 1, 'b', 0, 0, 1, 0, 1},
+                                          {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 1, 2, 3, 4}});
 // The query's two ID bytes in front of `rest` (which starts at the flags).
 datagram with_id(const datagram& query, const datagram& rest);
 // "name/type" of every query the server saw, joined by blanks.
