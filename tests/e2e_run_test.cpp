@@ -246,14 +246,8 @@ TEST(E2eRun, HowFarARunGets) {
                           "\n\nvexa ver: 0.48\n\nusage:\n \n vexa -url <domain to lookup> -server <dns srv ip>\n*"
                           " type hosts.txt | vexa -url_pipe -server 8.8.8.8 > results.txt\n\n",
                       diag_file = dir / "d.txt", combination = "invalid combination of commands\n";
-    const struct {
-        const char* what;
-        strings args;
-        bool server;
-        int exit_code;
-        stage reached;
-        std::string err;
-    } cases[] = {
+    const std::tuple<const char*, strings, bool, int, stage, std::string> cases[] = {
+        // server, exit code, stderr
         // clang-format off
         {"no arguments at all", {}, false, 0, help, help_text},
         {"-HELP behind a whole query", {"-url", "a.b", "-HELP"}, true, 0, help, help_text},
@@ -269,24 +263,25 @@ TEST(E2eRun, HowFarARunGets) {
         {"two commands win over no -server", {"-txt", "a", "-url", "b"}, false, 255, parse_failure, combination},
         // clang-format on
     };
-    for (const auto& c : cases) {
-        const std::string event = "vexa_e2e_" + std::to_string(::getpid()) + "_" + std::to_string(&c - cases);
+    int row = 0;
+    for (const auto& [what, args_in, served, exit_code, reached, err] : cases) {
+        const std::string event = "vexa_e2e_" + std::to_string(::getpid()) + "_" + std::to_string(row++);
         event_watch watch(event);
         fs::remove(diag_file);
-        responder server(silent(), test_loopback_address(c.what));
-        strings args = args_for(c.args, c.server ? server.address() : "");
+        responder server(silent(), test_loopback_address(what));
+        strings args = args_for(args_in, served ? server.address() : "");
         if (!args.empty()) args.insert(args.end(), {"-timeout", "0", "-signal", event, "-diags", diag_file});
         vexa_run run = run_vexa(args);
-        EXPECT_EQ(run.exit_code, c.exit_code) << c.what;
-        EXPECT_EQ(watch.was_set(), c.reached == past_parsing) << c.what;
-        EXPECT_EQ(!seen(server).empty(), c.reached == past_parsing && c.exit_code == 0) << c.what;
-        EXPECT_FALSE(fs::exists(dir / "h.txt")) << c.what;
+        EXPECT_EQ(run.exit_code, exit_code) << what;
+        EXPECT_EQ(watch.was_set(), reached == past_parsing) << what;
+        EXPECT_EQ(!seen(server).empty(), reached == past_parsing && exit_code == 0) << what;
+        EXPECT_FALSE(fs::exists(dir / "h.txt")) << what;
         const std::string diags = read_file(diag_file);
-        EXPECT_EQ(diags.starts_with("->" + program_seen() + " "), c.reached != help) << c.what << ": " << diags;
-        EXPECT_EQ(diags.find("\r\r"), std::string::npos) << c.what << ": " << diags;
-        EXPECT_EQ(diags.ends_with(" secs"), c.reached == past_parsing) << c.what << ": " << diags;
-        if (c.reached != past_parsing) { EXPECT_EQ(report_body(run.out), "") << c.what << ": the record alone"; }
-        EXPECT_TRUE(matches(run.err, c.err)) << c.what << ": " << run.err;
+        EXPECT_EQ(diags.starts_with("->" + program_seen() + " "), reached != help) << what << ": " << diags;
+        EXPECT_EQ(diags.find("\r\r"), std::string::npos) << what << ": " << diags;
+        EXPECT_EQ(diags.ends_with(" secs"), reached == past_parsing) << what << ": " << diags;
+        if (reached != past_parsing) { EXPECT_EQ(report_body(run.out), "") << what << ": the record alone"; }
+        EXPECT_TRUE(matches(run.err, err)) << what << ": " << run.err;
     }
 }
 
