@@ -2,9 +2,6 @@
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
-#include <poll.h>
 #include <regex>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,18 +15,9 @@ namespace fs = std::filesystem;
 using clock_type = std::chrono::steady_clock;
 using strings = std::vector<std::string>;
 
-const datagram one_a_reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},  // from the flags on: QR RD RA; QD 1, AN 1
-                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},       // a.b. A IN
-                                   {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 1, 2, 3, 4}});  // a.b. A 300 1.2.3.4
 const std::string erase = "\x1b[2K\r    \r";
 const std::string server_message =
     "error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n";
-const std::string help_head =
-    "-----------------------------------------------------------------------------\n\n"
-    "vexa ver: 0.48\n\nusage:\n \n vexa -url <domain to lookup> -server <dns srv ip>\n";
-const std::string help_tail =
-    "example of using std input and redirecting the output to a file\n"
-    " type hosts.txt | vexa -url_pipe -server 8.8.8.8 > results.txt\n\n";
 const std::string csv_header = "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data";
 const std::string long_label = std::string(256, 'x') + ".b";  // one label too long to encode
 
@@ -56,25 +44,9 @@ std::size_t count_of(const std::string& text, const std::string& part) {
     return n;
 }
 
-std::string read_file(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::string backslashed(std::string path) {
     std::replace(path.begin(), path.end(), '/', '\\');
     return path;
-}
-
-// Reads `fd` until `text` has come (or, for an empty `text`, the end), waiting at most 5 s for each piece.
-bool read_until(int fd, std::string& got, const std::string& text) {
-    char chunk[4096];
-    for (pollfd p{fd, POLLIN, 0}; text.empty() || got.find(text) == std::string::npos;) {
-        const ssize_t n = ::poll(&p, 1, 5000) == 1 ? ::read(fd, chunk, sizeof chunk) : -1;
-        if (n <= 0) return n == 0 && text.empty();
-        got.append(chunk, static_cast<std::size_t>(n));
-    }
-    return true;
 }
 
 TEST(E2eRun, ListReportsEachLineBeforeReadingTheNext) {
@@ -82,18 +54,10 @@ TEST(E2eRun, ListReportsEachLineBeforeReadingTheNext) {
     responder server([](const datagram& q) {
         return std::vector<datagram>{q.size() > 13 && q[13] == 'a' ? with_id(q, one_a_reply) : datagram{}};
     });
-    std::vector<std::string> words = command_for({"-url_pipe", "-csv", "-server", server.address()});
-    std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
     int in[2], out[2];
     ASSERT_EQ(::pipe2(in, O_CLOEXEC) | ::pipe2(out, O_CLOEXEC), 0);
-    const pid_t pid = ::fork();
-    if (pid == 0) {  // only async-signal-safe calls here; the erase sequence goes to the test's stderr
-        ::dup2(in[0], 0), ::dup2(out[1], 1);
-        ::execv(argv[0], argv.data());
-        ::_exit(127);
-    }
+    const int fds[3] = {in[0], out[1], -1};  // the erase sequence goes to the test's stderr
+    const int pid = spawn(command_for({"-url_pipe", "-csv", "-server", server.address()}), fds);
     ::signal(SIGPIPE, SIG_IGN);
     ::close(in[0]), ::close(out[1]);
     ASSERT_GT(pid, 0);
@@ -125,30 +89,17 @@ TEST(E2eRun, WhatTheCommandLineAsks) {
     const run_case cases[] = {
         {"empty input: the run record only", {"-url_pipe"}, "", ""},
         {"blank and CR/LF-only lines: no query, no delay", {"-url_pipe", "-delay", "1"}, "\n\r\n\r\r\n\n\r", ""},
-        {"CR LF, empty line, LF; no end", {"-url_pipe", "-csv"}, "a.b\r\n\r\nc.d\nb.a", "a.b/1 c.d/1 b.a/1"},
-        {"a ^Z byte is a byte of a name", {"-url_pipe", "-csv"}, "a\x1a.b\r\n\x1a\r\nc.d\n", "a\x1a.b/1 \x1a/1 c.d/1"},
-        {"a line of blanks, comment-like lines: names", {"-url_pipe", "-csv"}, "   \n#x\n;y\n", "   /1 #x/1 ;y/1"},
+        // clang-format off
+        {"a ^Z byte is a byte of a name, not the end", {"-url_pipe", "-csv"}, "a\x1a.b\r\n\x1a\r\nc.d\n", "a\x1a.b/1 \x1a/1 c.d/1"},
         {"a name that can't be encoded: no row", {"-url_pipe", "-csv"}, long_label + "\na.b\n", "a.b/1"},
         {"first -url counts", {"-url", "a.b", "-url", "c.d", "-csv"}, "", "a.b/1"},
         {"common options take words first: -server -csv", {"-url", "a.b", "-server", "-csv", "{srv}"}, "", "a.b/1"},
         {"-ip_pipe -url_pipe asks PTR", {"-ip_pipe", "-url_pipe", "-csv"}, "1.2.3.4\n", "4.3.2.1.in-addr.arpa/12"},
         {"-pipe -ip: PTR for each line", {"-pipe", "-ip", "1.2.3.4", "-csv"}, "5.6.7.8\n", "8.7.6.5.in-addr.arpa/12"},
-        {"-csv -pair_datetime is padded",
-         {"-csv", "-pair_datetime", "-url", "a.b"},
-         "",
-         "a.b/1",
-         "query                                   ,comment  ,status ,id  ,{srvhdr},date      , time-UTC    "
-         ",type,tname ,class,ttl   ,size,data"},
-        {"bad -dateformat",
-         {"-csv", "-dateformat", "dd/mm/y", "-url", "a.b"},
-         "",
-         "a.b/1",
-         csv_header,
-         "invalid dd/mm/y, using default format\n" + erase},
-        {"-filter: case-blind, the line queried as read",
-         {"-url_pipe", "-csv", "-filter", "xnode.a|*example*"},
-         "Node1.Example.net\nb.exampl\nxnode.a\n",
-         "Node1.Example.net/1 xnode.a/1"},
+        {"-csv -pair_datetime is padded", {"-csv", "-pair_datetime", "-url", "a.b"}, "", "a.b/1", "query                                   ,comment  ,status ,id  ,{srvhdr},date      , time-UTC    " ",type,tname ,class,ttl   ,size,data"},
+        {"bad -dateformat", {"-csv", "-dateformat", "dd/mm/y", "-url", "a.b"}, "", "a.b/1", csv_header, "invalid dd/mm/y, using default format\n" + erase},
+        {"-filter: case-blind, the line queried as read", {"-url_pipe", "-csv", "-filter", "xnode.a|*example*"}, "Node1.Example.net\nb.exampl\nxnode.a\n", "Node1.Example.net/1 xnode.a/1"},
+        // clang-format on
     };
     for (const run_case& c : cases) {
         responder server(silent(), test_loopback_address(c.what));
@@ -166,72 +117,77 @@ TEST(E2eRun, WhatTheCommandLineAsks) {
 }
 
 TEST(E2eRun, XmlFrame) {
-    const struct {
-        const char* what;
-        strings args;
-        const char* input;
-        std::size_t entries;
-        bool foot;
-    } cases[] = {
+    const std::tuple<const char*, strings, const char*, std::size_t, bool> cases[] = {
+        // input, entries, a foot
         {"one query, -verbose adds nothing", {"-url", "a.b", "-verbose"}, "", 1, true},
         {"a list of two", {"-url_pipe"}, "a.b\nc.d\n", 2, true},
         {"an empty list: head and foot", {"-url_pipe"}, "", 0, true},
         {"a name that can't be encoded: no foot", {"-url", long_label}, "", 0, false},
     };
-    for (const auto& c : cases) {
-        responder server(silent(), test_loopback_address(c.what));
-        vexa_run run = run_vexa(args_for(c.args, server.address(), {"-xml", "-timeout", "0"}), c.input);
-        EXPECT_EQ(run.exit_code, c.foot ? 0 : 255) << c.what;
+    for (const auto& [what, args, input, entries, foot] : cases) {
+        responder server(silent(), test_loopback_address(what));
+        vexa_run run = run_vexa(args_for(args, server.address(), {"-xml", "-timeout", "0"}), input);
+        EXPECT_EQ(run.exit_code, foot ? 0 : 255) << what;
         std::string body(report_body(run.out));  // each entry becomes "E"
         for (std::size_t at; (at = body.find("<data_entry>")) != std::string::npos;)
             body.replace(at, body.find("</data_entry>\r\n", at) + 13 - at, "E");
         std::string expected =
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n\r\n<logdata tool=\"vexa ver: 0.48\" "
-            "cmdline=\"" +
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n\r\n<logdata tool=\"vexa ver: 0.48\" cmdline=\"" +
             program_seen() + "\">\r\n";
-        for (std::size_t i = 0; i < c.entries; ++i) expected += "E\r\n";
-        EXPECT_EQ(body, expected + (c.foot ? "</logdata>\r\n" : "")) << c.what;
+        for (std::size_t i = 0; i < entries; ++i) expected += "E\r\n";
+        EXPECT_EQ(body, expected + (foot ? "</logdata>\r\n" : "")) << what;
     }
 }
 
+// The results file is tried while the options are read; it is made new or
+// replaced, a read-only one too, or -append puts the whole report, run record
+// included, behind what it holds. A run that ends in the parser leaves no new
+// file and the old content as it was, its record on standard output.
 TEST(E2eRun, ResultsFile) {
     temp_dir dir;
     ::setenv("VEXA_E2E_DIR", dir.root.c_str(), 1);
-    const std::string file = dir / "r.txt", unmade = dir / "missing/r.txt";
+    const std::string file = dir / "r.txt", unmade = dir / "missing/r.txt", older = "an older and longer report\r\n";
     const struct {
         const char* what;
         strings args;
-        bool made;
-        std::string err;
-        bool old;
-        bool server;
+        bool before, append, server;  // before: the file holds `older`, read-only
+        std::string err = erase;      // erase: the report goes to the file
     } cases[] = {
-        {"a new file", {"-out", file}, true, erase, false, true},
-        {"a read-only file is replaced", {"-outfile", file}, true, erase, true, true},
-        {"%NAME% is expanded", {"-out", "%VEXA_E2E_DIR%/r.txt"}, true, erase, false, true},
-        {"can't be made: fails while parsing",
-         {"-out", unmade},
-         false,
-         "prob opening file " + backslashed(unmade) + " for output, aborting\n",
-         false,
-         true},
-        {"a missing -server leaves no file", {"-out", file}, false, server_message, false, false},
+        // clang-format off
+        {"a new file", {"-out", file}, false, false, true},
+        {"a read-only file is replaced", {"-outfile", file}, true, false, true},
+        {"%NAME% is expanded", {"-out", "%VEXA_E2E_DIR%/r.txt"}, false, false, true},
+        {"-append: behind a read-only file's content", {"-out", file, "-APPEND"}, true, true, true},
+        {"-append: a missing file is made", {"-append", "-out", file}, false, true, true},
+        {"can't be made", {"-out", unmade}, false, false, true, "prob opening file " + backslashed(unmade) + " for output, aborting\n"},
+        {"a missing -server leaves no file", {"-out", file}, false, false, false, server_message},
+        {"a missing -server leaves no new file to append to", {"-out", file, "-append"}, false, true, false, server_message},
+        {"a missing -server leaves the content", {"-out", file, "-append"}, true, true, false, server_message},
+        // clang-format on
     };
     for (const auto& c : cases) {
         fs::remove(file);
-        if (c.old) dir.put("r.txt", "an older and longer report\n"), fs::permissions(file, fs::perms::owner_read);
+        if (c.before) dir.put("r.txt", older), fs::permissions(file, fs::perms::owner_read);
         responder server(silent(), test_loopback_address(c.what));
-        const strings more = {"-url", "a.b", "-csv", "-timeout", "0"};
-        vexa_run run = run_vexa(args_for(c.args, c.server ? server.address() : "", more));
-        EXPECT_EQ(run.exit_code, c.made ? 0 : 255) << c.what;
+        vexa_run run =
+            run_vexa(args_for(c.args, c.server ? server.address() : "", {"-url", "a.b", "-csv", "-timeout", "0"}));
+        const bool made = c.err == erase;
+        EXPECT_EQ(run.exit_code, made ? 0 : 255) << c.what;
         EXPECT_EQ(run.err, c.err) << c.what;
-        EXPECT_EQ(fs::exists(file), c.made) << c.what;
-        if (c.made) { EXPECT_NE(fs::status(file).permissions() & fs::perms::owner_write, fs::perms::none) << c.what; }
-        const std::string report = c.made ? read_file(file) : run.out;  // after a parse failure: the run record
+        ASSERT_EQ(fs::exists(file), made || c.before) << c.what;
+        const std::string content = read_file(file), kept = c.before && (c.append || !made) ? older : "";
+        ASSERT_TRUE(content.starts_with(kept)) << c.what << ": " << content;
+        const std::string report = made ? content.substr(kept.size()) : run.out;
         EXPECT_TRUE(report.starts_with("vexa ver: 0.48\r\n")) << c.what;
         EXPECT_TRUE(lines_end_in_crlf(report)) << c.what;
-        if (!c.made) continue;
+        if (!made) {
+            EXPECT_EQ(content, kept) << c.what;
+            continue;
+        }
         EXPECT_EQ(run.out, "") << c.what;
+        if (!c.append) {
+            EXPECT_NE(fs::status(file).permissions() & fs::perms::owner_write, fs::perms::none) << c.what;
+        }
         ASSERT_EQ(server.queries().size(), 1u) << c.what;
         EXPECT_EQ(mask_date_time(report_body(report), ","),
                   expand(csv_header + "\na.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n",
@@ -240,64 +196,14 @@ TEST(E2eRun, ResultsFile) {
     }
 }
 
-// -append puts the whole report, run record included, behind what the file
-// holds; the file is still tried while the options are read, and a file that
-// wasn't there is not left behind when the run ends in the parser.
-TEST(E2eRun, AppendKeepsWhatTheFileHolds) {
-    temp_dir dir;
-    const std::string file = dir / "r.txt", older = "an older report\r\n";
-    const struct {
-        const char* what;
-        const char* before;
-        bool server;
-        strings args;
-        bool made;
-    } cases[] = {
-        {"behind a file's content", older.c_str(), true, {"-out", file, "-append"}, true},
-        {"a read-only file too", older.c_str(), true, {"-APPEND", "-outfile", file}, true},
-        {"a missing file is made", nullptr, true, {"-append", "-out", file}, true},
-        {"a missing -server leaves no new file", nullptr, false, {"-out", file, "-append"}, false},
-        {"a missing -server leaves the content", older.c_str(), false, {"-out", file, "-append"}, false},
-    };
-    for (const auto& c : cases) {
-        fs::remove(file);
-        if (c.before) dir.put("r.txt", c.before), fs::permissions(file, fs::perms::owner_read);
-        responder server(silent(), test_loopback_address(c.what));
-        vexa_run run =
-            run_vexa(args_for(c.args, c.server ? server.address() : "", {"-url", "a.b", "-csv", "-timeout", "0"}));
-        EXPECT_EQ(run.exit_code, c.made ? 0 : 255) << c.what;
-        const std::string before = c.before ? c.before : "";
-        ASSERT_EQ(fs::exists(file), c.made || c.before) << c.what;
-        if (!c.made) {
-            EXPECT_EQ(read_file(file), before) << c.what;
-            continue;
-        }
-        const std::string content = read_file(file);
-        ASSERT_TRUE(content.starts_with(before)) << c.what << ": " << content;
-        const std::string report = content.substr(before.size());
-        EXPECT_TRUE(report.starts_with("vexa ver: 0.48\r\n")) << c.what;
-        EXPECT_EQ(mask_date_time(report_body(report), ","),
-                  expand(csv_header + "\na.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n",
-                         id_of(server.queries().at(0)), server.address()))
-            << c.what;
-    }
-}
-
 TEST(E2eRun, RunRecord) {
-    // command: what stands in front of the program's name, and behind it.
-    const struct {
-        const char* what;
-        strings args;
-        const char *before, *after;
-        const char* date_format;
-    } cases[] = {
+    // The command line: what stands in front of the program's name, and behind it; the date's format.
+    const std::tuple<const char*, strings, const char*, const char*, const char*> cases[] = {
+        // clang-format off
         {"a blank in apostrophes", {"-URL", "a b", "-timeout", "0"}, "", " -URL 'a b' -timeout 0", "%m/%d/%Y"},
         {"-PIPE: the list in front", {"-PIPE"}, "<filelist> ... | ", " -PIPE", "%m/%d/%Y"},
-        {"-dateformat, -bom",
-         {"-bom", "-url_pipe", "-dateformat", "yyyy-mm-dd"},
-         "",
-         " -bom -url_pipe -dateformat yyyy-mm-dd",
-         "%Y-%m-%d"},
+        {"-dateformat, -bom", {"-bom", "-url_pipe", "-dateformat", "yyyy-mm-dd"}, "", " -bom -url_pipe -dateformat yyyy-mm-dd", "%Y-%m-%d"},
+        // clang-format on
     };
     char name[256] = {};
     ::gethostname(name, sizeof name - 1);
@@ -306,26 +212,26 @@ TEST(E2eRun, RunRecord) {
     // The system fields: name, "major.minor.-", "major.minor.build", word size; then where the program lies.
     const std::regex system(std::string(target().windows ? "Windows" : "Linux") +
                             ";\\d+\\.\\d+\\.-;\\d+\\.\\d+\\.\\d+;(32|64)(; (<~>)?(:=)?)?");
-    for (const auto& c : cases) {
-        responder server(silent(), test_loopback_address(c.what));
-        const auto head_at = [&, bom = c.args[0] == "-bom"](std::time_t t) {
+    for (const auto& [what, args, before_name, after_name, date_format] : cases) {
+        responder server(silent(), test_loopback_address(what));
+        const auto head_at = [bom = args[0] == "-bom", format = date_format](std::time_t t) {
             char date[32];
-            std::strftime(date, sizeof date, c.date_format, std::gmtime(&t));
+            std::strftime(date, sizeof date, format, std::gmtime(&t));
             return std::string(bom ? "\xEF\xBB\xBF" : "") + "vexa ver: 0.48\r\nrun at: " + date + " ";
         };
         const std::time_t before = std::time(nullptr);
-        vexa_run run = run_vexa(args_for(c.args, server.address()));
+        vexa_run run = run_vexa(args_for(args, server.address()));
         const std::string head = head_at(run.out.starts_with(head_at(before)) ? before : std::time(nullptr));
         std::string line = run.out.substr(0, run.out.find("; system: ") + 10);
         for (std::size_t i = head.size(); i < std::min(line.size(), head.size() + 8); ++i)  // the time of day
             if (line[i] >= '0' && line[i] <= '9') line[i] = '#';
-        EXPECT_EQ(line, head + "##:##:## UTC; host: " + host + "; system: ") << c.what;
+        EXPECT_EQ(line, head + "##:##:## UTC; host: " + host + "; system: ") << what;
         const std::size_t end = run.out.find("\r\n", line.size());
         const std::string fields = run.out.substr(line.size(), end - std::min(end, line.size()));
-        EXPECT_TRUE(std::regex_match(fields, system)) << c.what << ": " << fields;
+        EXPECT_TRUE(std::regex_match(fields, system)) << what << ": " << fields;
         const std::string command =
-            "\r\n\"command: " + std::string(c.before) + program_seen() + c.after + " -server " + server.address();
-        EXPECT_NE(run.out.find(command + "\"\r\n\r\n"), std::string::npos) << c.what << ": " << run.out;
+            "\r\n\"command: " + std::string(before_name) + program_seen() + after_name + " -server " + server.address();
+        EXPECT_NE(run.out.find(command + "\"\r\n\r\n"), std::string::npos) << what << ": " << run.out;
     }
 }
 
@@ -335,15 +241,14 @@ TEST(E2eRun, RunRecord) {
 TEST(E2eRun, HowFarARunGets) {
     enum stage { help, parse_failure, past_parsing };
     temp_dir dir;
-    const std::string help_text = help_head + "*" + help_tail, diag_file = dir / "d.txt";
-    const struct {
-        const char* what;
-        strings args;
-        bool server;
-        int exit_code;
-        stage reached;
-        std::string err;
-    } cases[] = {
+    const std::string help_text =
+                          std::string(77, '-') +
+                          "\n\nvexa ver: 0.48\n\nusage:\n \n vexa -url <domain to lookup> -server <dns srv ip>\n*"
+                          " type hosts.txt | vexa -url_pipe -server 8.8.8.8 > results.txt\n\n",
+                      diag_file = dir / "d.txt", combination = "invalid combination of commands\n";
+    const std::tuple<const char*, strings, bool, int, stage, std::string> cases[] = {
+        // server, exit code, stderr
+        // clang-format off
         {"no arguments at all", {}, false, 0, help, help_text},
         {"-HELP behind a whole query", {"-url", "a.b", "-HELP"}, true, 0, help, help_text},
         {"/? with -out", {"/?", "-out", dir / "h.txt"}, true, 0, help, help_text},
@@ -351,73 +256,56 @@ TEST(E2eRun, HowFarARunGets) {
         {"-quiet", {"-url", "a.b", "-quiet"}, true, 0, past_parsing, ""},
         {"-profile", {"-url", "a.b", "-profile"}, true, 0, past_parsing, erase + "->* secs\n"},
         {"nothing to do", {}, true, 255, past_parsing, help_text + erase},
-        {"a name that can't be encoded",
-         {"-url", long_label},
-         true,
-         255,
-         past_parsing,
-         erase + "prob building dns packet... aborting\n" + erase},
-        {"a parse failure", {"-url", "a.b"}, false, 255, parse_failure, server_message},
+        {"a name that can't be encoded", {"-url", long_label}, true, 255, past_parsing, erase + "prob building dns packet... aborting\n" + erase},
+        {"the longest name that can", {"-url", std::string(255, 'x') + ".b"}, true, 0, past_parsing, erase},
+        {"no -server", {"-url", "a.b"}, false, 255, parse_failure, server_message},
+        {"two commands", {"-url", "a.b", "-ip", "1.2.3.4"}, true, 255, parse_failure, combination},
+        {"two commands win over no -server", {"-txt", "a", "-url", "b"}, false, 255, parse_failure, combination},
+        // clang-format on
     };
-    for (const auto& c : cases) {
-        const std::string event = "vexa_e2e_" + std::to_string(::getpid()) + "_" + std::to_string(&c - cases);
+    int row = 0;
+    for (const auto& [what, args_in, served, exit_code, reached, err] : cases) {
+        const std::string event = "vexa_e2e_" + std::to_string(::getpid()) + "_" + std::to_string(row++);
         event_watch watch(event);
         fs::remove(diag_file);
-        responder server(silent(), test_loopback_address(c.what));
-        strings args = args_for(c.args, c.server ? server.address() : "");
+        responder server(silent(), test_loopback_address(what));
+        strings args = args_for(args_in, served ? server.address() : "");
         if (!args.empty()) args.insert(args.end(), {"-timeout", "0", "-signal", event, "-diags", diag_file});
         vexa_run run = run_vexa(args);
-        EXPECT_EQ(run.exit_code, c.exit_code) << c.what;
-        EXPECT_EQ(watch.was_set(), c.reached == past_parsing) << c.what;
-        EXPECT_EQ(!seen(server).empty(), c.reached == past_parsing && c.exit_code == 0) << c.what;
-        EXPECT_FALSE(fs::exists(dir / "h.txt")) << c.what;
+        EXPECT_EQ(run.exit_code, exit_code) << what;
+        EXPECT_EQ(watch.was_set(), reached == past_parsing) << what;
+        EXPECT_EQ(!seen(server).empty(), reached == past_parsing && exit_code == 0) << what;
+        EXPECT_FALSE(fs::exists(dir / "h.txt")) << what;
         const std::string diags = read_file(diag_file);
-        EXPECT_EQ(diags.starts_with("->" + program_seen() + " "), c.reached != help) << c.what << ": " << diags;
-        EXPECT_EQ(diags.find("\r\r"), std::string::npos) << c.what << ": " << diags;
-        EXPECT_EQ(diags.ends_with(" secs"), c.reached == past_parsing) << c.what << ": " << diags;
-        if (c.reached != past_parsing) { EXPECT_EQ(report_body(run.out), "") << c.what << ": the record alone"; }
-        EXPECT_TRUE(matches(run.err, c.err)) << c.what << ": " << run.err;
+        EXPECT_EQ(diags.starts_with("->" + program_seen() + " "), reached != help) << what << ": " << diags;
+        EXPECT_EQ(diags.find("\r\r"), std::string::npos) << what << ": " << diags;
+        EXPECT_EQ(diags.ends_with(" secs"), reached == past_parsing) << what << ": " << diags;
+        if (reached != past_parsing) { EXPECT_EQ(report_body(run.out), "") << what << ": the record alone"; }
+        EXPECT_TRUE(matches(run.err, err)) << what << ": " << run.err;
     }
 }
 
-// The queries of a walk: the files of a directory in the reverse of the
-// system's listing, then its subdirectories, also reversed, each whole. For
-// vexa.exe the listing is Windows's: sorted by name, as both Wine and NTFS
-// give it for these lower-case names. Files here have no named streams, so
-// none is queried (Wine has none at all).
-void walk_order(const fs::path& dir, int levels, const std::string& ending, const std::string& type, std::string& out) {
-    std::vector<fs::directory_entry> items{fs::directory_iterator(dir), fs::directory_iterator()};
-    if (target().windows) std::sort(items.begin(), items.end());
-    std::reverse(items.begin(), items.end());
-    for (const auto& item : items)
-        if (!item.is_directory() && item.path().string().ends_with(ending))
-            out += (out.empty() ? "" : " ") + backslashed(item.path().string()) + "/" + type;
-    for (const auto& item : items)
-        if (levels > 0 && item.is_directory()) walk_order(item.path(), levels - 1, ending, type, out);
-}
-
+// A walk queries a directory's files, then its subdirectories' (their order
+// is the walker's tests'); one file to a directory here.
 TEST(E2eRun, EnumdirQueriesTheFilesOfAWalk) {
     temp_dir dir;
-    for (const char* file : {"a.txt", "b.log", "c.txt", "sub1/d.txt", "sub1/x/e.txt", "sub2/g.log"}) dir.put(file, "x");
-    const std::string root = backslashed(dir.root.string());
-    const struct {
-        const char* what;
-        strings args;
-        int levels;
-        const char* ending;
-        const char* type;
-    } cases[] = {
-        {"default depth: the root's files", {"-url_pipe", "-enumdir", root}, 0, "", "1"},
-        {"-num_subdirs 1, type of -mx_pipe", {"-enumdir", root, "-num_subdirs", "1", "-mx_pipe"}, 1, "", "15"},
-        {"-filter, every depth", {"-enumdir", root + "\\", "-num_subdirs", "9", "-filter", "*.txt"}, 9, ".txt", "1"},
-        {"-pipe wins over -enumdir", {"-pipe", "-enumdir", root}, -1, "", "1"},  // the standard input is read
+    for (const char* file : {"a.txt", "sub/b.log", "sub/x/c.txt"}) dir.put(file, "x");
+    const std::string root = backslashed(dir.root.string()), a = root + "\\a.txt", b = root + "\\sub\\b.log",
+                      c = root + "\\sub\\x\\c.txt";
+    const std::tuple<const char*, strings, std::string> cases[] = {
+        {"default depth: the root's files", {"-url_pipe", "-enumdir", root}, a + "/1"},
+        {"-num_subdirs 1, type of -mx_pipe",
+         {"-enumdir", root, "-num_subdirs", "1", "-mx_pipe"},
+         a + "/15 " + b + "/15"},
+        {"-filter, every depth",
+         {"-enumdir", root + "\\", "-num_subdirs", "9", "-filter", "*.txt"},
+         a + "/1 " + c + "/1"},
+        {"-pipe wins over -enumdir", {"-pipe", "-enumdir", root}, "a.b/1"},  // the standard input is read
     };
-    for (const auto& c : cases) {
-        responder server(silent(), test_loopback_address(c.what));
-        vexa_run run = run_vexa(args_for(c.args, server.address(), {"-timeout", "0"}), "a.b\n");
-        std::string expected = c.levels < 0 ? "a.b/1" : "";
-        if (c.levels >= 0) walk_order(dir.root, c.levels, c.ending, c.type, expected);
-        EXPECT_EQ(seen(server), expected) << c.what << ": " << run.err;
+    for (const auto& [what, args, expected] : cases) {
+        responder server(silent(), test_loopback_address(what));
+        vexa_run run = run_vexa(args_for(args, server.address(), {"-timeout", "0"}), "a.b\n");
+        EXPECT_EQ(seen(server), expected) << what << ": " << run.err;
     }
 }
 

@@ -1,7 +1,5 @@
 // What only the Windows build does: vexa.exe run through Wine. On Linux these skip.
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "support/e2e.h"
 
@@ -9,14 +7,6 @@ namespace {
 
 using namespace test_support;
 namespace fs = std::filesystem;
-
-// A path of this machine as Windows under Wine names it: on drive Z:, the root.
-std::string on_drive_z(const fs::path& path) {
-    std::string text = "Z:" + path.string();
-    for (char& c : text)
-        if (c == '/') c = '\\';
-    return text;
-}
 
 // A results path past the plain form's 260 characters is retried in the long
 // form ("\\?\" in front). Wine may take the long path at the first try; the
@@ -30,13 +20,12 @@ TEST(E2eWindows, ResultsFileOnALongPath) {
     const std::string file = on_drive_z(deep / "r.txt");
     ASSERT_GT(file.size(), 260u);
     responder server(silent());
-    const vexa_run run = run_vexa({"-url", "a.b", "-csv", "-timeout", "0", "-out", file, "-server", server.address()});
-    EXPECT_EQ(run.exit_code, 0) << run.err;
-    std::ifstream in(deep / "r.txt", std::ios::binary);
-    const std::string report{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const e2e_run r = run_against(server, {"-url", "a.b", "-csv", "-timeout", "0", "-out", file});
+    EXPECT_EQ(r.run.exit_code, 0) << r.run.err;
+    const std::string report = read_file(deep / "r.txt");
     EXPECT_TRUE(report.starts_with("vexa ver: 0.48\r\n")) << report;
     EXPECT_TRUE(lines_end_in_crlf(report));
-    EXPECT_EQ(server.queries().size(), 1u);
+    EXPECT_EQ(r.queries.size(), 1u);
 }
 
 // The arguments arrive wide and reach the report as UTF-8.
@@ -63,9 +52,7 @@ TEST(E2eWindows, NamedStreamsOfAWalk) {
     const std::string file = on_drive_z(dir.root / "x.txt");
     const bool stream_made = run_helper({"stream", file + ":alt"}) == 0;
     responder server(silent());
-    const vexa_run run =
-        run_vexa({"-url_pipe", "-enumdir", on_drive_z(dir.root), "-timeout", "0", "-server", server.address()});
-    EXPECT_EQ(run.exit_code, 0) << run.err;
+    EXPECT_EQ(run_against(server, {"-url_pipe", "-enumdir", on_drive_z(dir.root), "-timeout", "0"}).run.exit_code, 0);
     EXPECT_EQ(seen(server), (stream_made ? file + ":alt/1 " : "") + file + "/1");
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 
 namespace test_support {
 
@@ -15,6 +17,11 @@ datagram with_id(const datagram& query, const datagram& rest) {
 
 reply_handler answer(datagram rest) {
     return [rest = std::move(rest)](const datagram& q) { return std::vector<datagram>{with_id(q, rest)}; };
+}
+
+std::string read_file(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 std::uint16_t id_of(const datagram& query) {

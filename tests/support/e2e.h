@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <ctime>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,41 +18,45 @@ namespace test_support {
 
 // The program the end-to-end tests run: the built vexa, or the build named
 // by VEXA_TEST_PROGRAM, started through VEXA_TEST_LAUNCHER if that is set
-// (vexa.exe through Wine). A Windows target's standard error is in text
-// mode: every LF arrives as CR LF, and run_vexa gives it back as LF.
+// (vexa.exe through Wine), and VEXA_TEST_HELPER (support/helper_win32.cpp).
+// A Windows target's standard error is in text mode: run_vexa turns its CR LF into LF.
 struct target_program {
     std::string program, launcher, helper;
     bool windows = false;
 };
 const target_program& target();
-// The words that start the target with these arguments, launcher first.
-std::vector<std::string> command_for(const std::vector<std::string>& args);
+// The words that start `program` with these arguments, launcher first.
+std::vector<std::string> command_for(const std::vector<std::string>& args,
+                                     const std::string& program = target().program);
+// Starts a child on these words with fds 0 1 2 (-1: the test's own); its pid, -1 on failure.
+int spawn(const std::vector<std::string>& words, const int fds[3]);
+// Reads `fd` until `text` has come (or, for an empty `text`, the end), waiting up to 10 s for each piece.
+bool read_until(int fd, std::string& got, const std::string& text);
+// A file's bytes; empty if it can't be read.
+std::string read_file(const std::filesystem::path& path);
+// A path of this machine as Windows under Wine names it: on drive Z:, the root.
+std::string on_drive_z(const std::filesystem::path& path);
 // The program's name as the target sees it in its first argument.
 std::string program_seen();
+// Runs the Windows test helper; its exit code, -1 if it could not run.
+int run_helper(const std::vector<std::string>& args);
 
-// Watches the named event of -signal over one run: a named semaphore on
-// Linux; for a Windows target a second Windows program (VEXA_TEST_HELPER)
-// that holds the event open while the tool runs.
+// Watches the named event of -signal over one run: a named semaphore on Linux;
+// for a Windows target the helper, which holds the event open while the tool runs.
 class event_watch {
 public:
     explicit event_watch(std::string name);
     ~event_watch();
     event_watch(const event_watch&) = delete;
     event_watch& operator=(const event_watch&) = delete;
-    // Whether the event was set; once, after the run.
-    bool was_set();
+    bool was_set();  // once, after the run
 
 private:
     std::string name_;
     int pid_ = -1, to_probe_ = -1;
 };
 
-// Runs the Windows test helper (support/helper_win32.cpp) through the
-// launcher; its exit code, -1 if it could not run.
-int run_helper(const std::vector<std::string>& args);
-
-// Runs the target as a child process: arguments (program name not
-// included), bytes on its standard input, a hard time limit.
+// One run of the target: arguments (program name not included), bytes on its standard input, a hard time limit.
 struct vexa_run {
     int exit_code = -1;      // as the system keeps it: -1 from main reads 255
     int signal = 0;          // the signal that ended it, 0 if it exited
@@ -69,6 +74,10 @@ struct e2e_run {
 };
 e2e_run run_against(const responder& server, std::vector<std::string> args, std::string_view input = {});
 
+// A reply to "a.b. A IN" from the flags on (QR RD RA), one answer: a.b. A 300 1.2.3.4.
+inline const datagram one_a_reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},
+                                          {1, 'a', 1, 'b', 0, 0, 1, 0, 1},
+                                          {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 1, 2, 3, 4}});
 // The query's two ID bytes in front of `rest` (which starts at the flags).
 datagram with_id(const datagram& query, const datagram& rest);
 // "name/type" of every query the server saw, joined by blanks.

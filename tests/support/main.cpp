@@ -15,11 +15,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "support/responder.h"
-
 namespace {
-
-bool in_private_network = false;
 
 // A network namespace of its own (this needs root), with loopback up. Returns why not.
 std::string enter_private_network() {
@@ -37,29 +33,19 @@ std::string enter_private_network() {
 
 }  // namespace
 
-bool test_support::private_network() { return in_private_network; }
-
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     // A program run through a launcher (vexa.exe under Wine) has its sockets
     // where the launcher's server is: the caller puts both into one private
     // network first (scripts/test.sh windows), and this process stays there.
     const char* launcher = std::getenv("VEXA_TEST_LAUNCHER");
-    if (launcher && *launcher) {
-        const char* private_net = std::getenv("VEXA_IN_PRIVATE_NET");
-        in_private_network = private_net && std::string(private_net) == "1";
-        if (!in_private_network)
-            std::fprintf(stderr,
-                         "warning: not in a private network (VEXA_IN_PRIVATE_NET=1); tests use the host's "
-                         "loopback\n");
-    } else if (!GTEST_FLAG_GET(list_tests)) {
-        const std::string why = enter_private_network();
-        in_private_network = why.empty();
-        if (!in_private_network)
-            std::fprintf(stderr,
-                         "warning: no private network namespace with loopback (%s); tests use "
-                         "the host's loopback, and binding port 53 needs root\n",
-                         why.c_str());
-    }
+    const char* private_net = std::getenv("VEXA_IN_PRIVATE_NET");
+    std::string why;
+    if (launcher && *launcher && !(private_net && std::string(private_net) == "1"))
+        why = "VEXA_IN_PRIVATE_NET is not 1";
+    else if (!(launcher && *launcher) && !GTEST_FLAG_GET(list_tests))
+        why = enter_private_network();
+    if (!why.empty())
+        std::fprintf(stderr, "warning: not in a private network (%s); tests use the host's loopback\n", why.c_str());
     return RUN_ALL_TESTS();
 }

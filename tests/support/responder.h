@@ -17,9 +17,6 @@ namespace test_support {
 using datagram = std::vector<std::uint8_t>;
 using reply_handler = std::function<std::vector<datagram>(const datagram& query)>;
 
-// Whether the test runner moved into a private network namespace (main.cpp).
-bool private_network();
-
 // 127.x.y.z derived from the running test's full name (and `salt`, for a
 // second server in one test), so that tests never share an address.
 std::string test_loopback_address(std::string_view salt = {});

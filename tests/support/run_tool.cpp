@@ -1,5 +1,6 @@
 #include "support/e2e.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -42,18 +43,15 @@ std::string contents(int fd) {
 
 // Every LF preceded by a CR, as text mode writes it; the CRs of those pairs go.
 testing::AssertionResult from_text_mode(std::string& text) {
-    std::string plain;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n' && (plain.empty() || plain.back() != '\r'))
-            return testing::AssertionFailure() << "a LF without CR in text mode:\n" << text;
-        if (text[i] == '\n') plain.pop_back();
-        plain += text[i];
-    }
-    text = std::move(plain);
-    return testing::AssertionSuccess();
+    std::ptrdiff_t pairs = 0;
+    for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos; ++pairs) text.erase(at, 1);
+    if (pairs == std::count(text.begin(), text.end(), '\n')) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "a LF without CR in text mode:\n" << text;
 }
 
-pid_t start(const std::vector<std::string>& words, const int fds[3]) {
+}  // namespace
+
+int spawn(const std::vector<std::string>& words, const int fds[3]) {
     std::vector<std::string> copy = words;
     std::vector<char*> argv;
     for (std::string& word : copy) argv.push_back(word.data());
@@ -68,8 +66,6 @@ pid_t start(const std::vector<std::string>& words, const int fds[3]) {
     return pid;
 }
 
-}  // namespace
-
 const target_program& target() {
     static const target_program program = [] {
         target_program t{from_environment("VEXA_TEST_PROGRAM", VEXA_BINARY), from_environment("VEXA_TEST_LAUNCHER"),
@@ -80,26 +76,29 @@ const target_program& target() {
     return program;
 }
 
-std::vector<std::string> command_for(const std::vector<std::string>& args) {
+std::vector<std::string> command_for(const std::vector<std::string>& args, const std::string& program) {
     std::vector<std::string> words;
     if (!target().launcher.empty()) words.push_back(target().launcher);
-    words.push_back(target().program);
+    words.push_back(program);
     words.insert(words.end(), args.begin(), args.end());
     return words;
 }
 
+std::string on_drive_z(const std::filesystem::path& path) {
+    std::string text = "Z:" + path.string();
+    std::replace(text.begin(), text.end(), '/', '\\');
+    return text;
+}
+
 // Wine hands a Windows program its own path as a DOS path of drive Z:, the root.
 std::string program_seen() {
-    if (!target().windows) return target().program;
-    std::string path = "Z:" + std::filesystem::absolute(target().program).lexically_normal().string();
-    for (char& c : path)
-        if (c == '/') c = '\\';
-    return path;
+    const std::filesystem::path& program = target().program;
+    return target().windows ? on_drive_z(std::filesystem::absolute(program).lexically_normal()) : target().program;
 }
 
 vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input, std::chrono::milliseconds limit) {
     const int fds[3] = {memory_file(input), memory_file({}), memory_file({})};
-    const pid_t pid = fds[0] < 0 || fds[1] < 0 || fds[2] < 0 ? -1 : start(command_for(args), fds);
+    const pid_t pid = fds[0] < 0 || fds[1] < 0 || fds[2] < 0 ? -1 : spawn(command_for(args), fds);
     vexa_run run;
     int status = 0;
     pid_t got = 0;
@@ -118,14 +117,20 @@ vexa_run run_vexa(const std::vector<std::string>& args, std::string_view input, 
     return run;
 }
 
+bool read_until(int fd, std::string& got, const std::string& text) {
+    char chunk[4096];
+    for (pollfd p{fd, POLLIN, 0}; text.empty() || got.find(text) == std::string::npos;) {
+        const ssize_t n = ::poll(&p, 1, 10000) == 1 ? ::read(fd, chunk, sizeof chunk) : -1;
+        if (n <= 0) return n == 0 && text.empty();
+        got.append(chunk, static_cast<std::size_t>(n));
+    }
+    return true;
+}
+
 int run_helper(const std::vector<std::string>& args) {
-    std::vector<std::string> words;
-    if (!target().launcher.empty()) words.push_back(target().launcher);
-    words.push_back(target().helper);
-    words.insert(words.end(), args.begin(), args.end());
     const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
     const int fds[3] = {null, null, null};
-    const pid_t pid = start(words, fds);
+    const pid_t pid = spawn(command_for(args, target().helper), fds);
     if (null >= 0) ::close(null);
     int status = 0;
     if (pid <= 0 || ::waitpid(pid, &status, 0) != pid || !WIFEXITED(status)) return -1;
@@ -143,23 +148,14 @@ event_watch::event_watch(std::string name) : name_(std::move(name)) {
         ::close(in[0]), ::close(in[1]);
         return;
     }
-    std::vector<std::string> words;
-    if (!target().launcher.empty()) words.push_back(target().launcher);
-    words.insert(words.end(), {target().helper, "event", name_});
     const int fds[3] = {in[0], out[1], -1};
-    pid_ = start(words, fds);
+    pid_ = spawn(command_for({"event", name_}, target().helper), fds);
     ::close(in[0]), ::close(out[1]);
     to_probe_ = in[1];
     // It holds the event once it says so.
     std::string said;
-    char chunk[64];
-    for (pollfd p{out[0], POLLIN, 0}; said.find("ready") == std::string::npos && ::poll(&p, 1, 10000) == 1;) {
-        const ssize_t n = ::read(out[0], chunk, sizeof chunk);
-        if (n <= 0) break;
-        said.append(chunk, static_cast<std::size_t>(n));
-    }
+    EXPECT_TRUE(read_until(out[0], said, "ready")) << "the test helper " << target().helper << " did not start";
     ::close(out[0]);
-    EXPECT_NE(said.find("ready"), std::string::npos) << "the test helper " << target().helper << " did not start";
 }
 
 bool event_watch::was_set() {
