@@ -1,5 +1,6 @@
 #include "driver/run.h"
 
+#include <optional>
 #include <string>
 
 #include "dns/query_builder.h"
@@ -94,12 +95,15 @@ int run_tool(arg_list& args) {
     }
     guard.arm(params);
     uni::fileio results;
+    // Made after the file and so gone before it: its last block reaches the file.
+    std::optional<uni::fileio_output> results_out;
     uni::output_stream* out = &console;
     if (!params.output_file.empty()) {
-        if (!open_results_file(results, params) || !(out = results.make_stream())) {
+        if (!open_results_file(results, params)) {
             print_error(message::results_file_failed, params.output_file);
             return -1;
         }
+        out = &results_out.emplace(results);
     }
     out->write(record);
     out->end_line();

@@ -4,7 +4,6 @@
 
 #include "platform/paths.h"
 #include "platform/text_convert.h"
-#include "report/fileio_output.h"
 
 namespace uni {
 
@@ -37,7 +36,6 @@ void fileio::reset() {
     writable_ = false;
     opened_ = false;
     path_.clear();
-    stream_.reset();
 }
 
 bool fileio::open_results(std::string_view path, bool truncate) {
@@ -72,9 +70,6 @@ bool fileio::open_with(std::string_view path, bool writable, os::open_mode mode)
 }
 
 void fileio::close() {
-    // The stream's destructor writes what it still holds: the descriptor
-    // must outlive it.
-    stream_.reset();
     if (fd_ != os::invalid_file) {
         os::file_close(fd_);
         fd_ = os::invalid_file;
@@ -124,13 +119,6 @@ bool fileio::append_bytes(const void* data, std::size_t length) {
 bool fileio::append_text(std::string_view text) {
     if (!is_open()) return false;
     return text.empty() || append_bytes(text.data(), text.size());
-}
-
-fileio_output* fileio::make_stream() {
-    stream_.reset();
-    if (!is_open()) return nullptr;
-    stream_ = std::make_unique<fileio_output>(*this);
-    return stream_.get();
 }
 
 }  // namespace uni

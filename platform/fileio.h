@@ -1,19 +1,15 @@
 #pragma once
-// The file object: one path, one open descriptor, and the report stream that
-// writes to it. Every write goes to the end of the file. Line ends are the
-// stream's business: the bytes given here reach the disk unchanged.
+// The file object: one path and one open descriptor. Every write goes to the
+// end of the file; the bytes given here reach the disk unchanged.
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include "platform/os.h"
 
 namespace uni {
-
-class fileio_output;
 
 class fileio {
 public:
@@ -31,8 +27,7 @@ public:
     // For reading only, or for writing as open_results.
     bool open_file(std::string_view path, bool writable, bool truncate);
     bool is_open() const { return fd_ != os::invalid_file && opened_; }
-    // Deletes the stream (which writes what it holds), then closes. The path
-    // and the known size stay until the next open.
+    // Closes the descriptor. The path and the known size stay until the next open.
     void close();
 
     // The size found by seeking to the end (and back); 0 when closed.
@@ -50,10 +45,6 @@ public:
     bool append_bytes(const void* data, std::size_t length);
     bool append_text(std::string_view text);
 
-    // A new report stream on this file, owned here and deleted by close.
-    // Null (and no stream kept) if the file isn't open.
-    fileio_output* make_stream();
-
 private:
     bool open_with(std::string_view path, bool writable, os::open_mode mode);
     void reset();
@@ -63,7 +54,6 @@ private:
     bool writable_ = false;
     bool opened_ = false;
     std::string path_;
-    std::unique_ptr<fileio_output> stream_;
 };
 
 }  // namespace uni
