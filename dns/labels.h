@@ -18,18 +18,3 @@ inline bool append_label(std::string_view label, byte_list& out) {
     out.insert(out.end(), label.begin(), label.end());
     return true;
 }
-
-// The QNAME of a name, behind what `out` holds; the two encoders below.
-// False when there is no name to encode; `out` may then hold part of one.
-bool append_name(std::string_view text, byte_list& out);
-bool append_reverse_name(std::string_view text, byte_list& out);
-
-// Runs an appending encoder on an emptied list: on false the list is empty
-// again, so no half name is ever handed out.
-template <class Append>
-bool encode_alone(std::string_view text, byte_list& out, Append append) {
-    out.clear();
-    if (append(text, out)) return true;
-    out.clear();
-    return false;
-}

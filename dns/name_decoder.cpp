@@ -2,11 +2,10 @@
 
 #include <cstring>
 
-#include "dns/wire_reader.h"
+#include "dns/message_header.h"
 
 namespace {
 
-constexpr std::uint32_t header_size = 12;
 // One step is a label, a pointer or the closing zero. The limit alone is what
 // ends a pointer loop, so pointers may go forwards as well as backwards.
 constexpr int max_steps = 99;
@@ -15,11 +14,13 @@ bool is_pointer(std::uint8_t b) { return (b & 0xc0) == 0xc0; }
 
 }  // namespace
 
-std::uint32_t read_name(std::span<const std::uint8_t> message, std::uint32_t offset, std::string& out) {
+std::uint32_t read_name(wire_reader& wire, std::string& out) {
     out.clear();
-    const std::size_t end = message.size();
-    if (end < header_size || offset == 0 || offset > end) return 0;
-    wire_reader wire(message);
+    const std::span<const std::uint8_t> message = wire.message();
+    if (message.size() < header_size || wire.pos() == 0 || wire.pos() > message.size()) return 0;
+    // The walk follows pointers on a cursor of its own; `wire` moves only
+    // past the bytes the name takes in its place.
+    wire_reader walk = wire;
     std::uint32_t consumed = 0;
     bool jumped = false;
 
@@ -34,20 +35,19 @@ std::uint32_t read_name(std::span<const std::uint8_t> message, std::uint32_t off
     std::size_t label_count = 0;
     std::size_t text_size = 0;
 
-    wire.seek(offset);
     for (int steps = max_steps; steps > 0; --steps) {
         // Each byte is tested against the end before it is read: a name
         // never borrows the zeros behind the message.
-        if (wire.pos() >= end) return 0;
-        const std::uint8_t b = wire.u8();
+        if (walk.remaining() < 1) return 0;
+        const std::uint8_t b = walk.u8();
         if (is_pointer(b)) {
-            if (wire.pos() >= end) return 0;
-            const std::size_t target = (std::size_t{b & 0x3fu} << 8) | wire.u8();
-            if (target > end) return 0;
+            if (walk.remaining() < 1) return 0;
+            const std::size_t target = (std::size_t{b & 0x3fu} << 8) | walk.u8();
+            if (target > message.size()) return 0;
             // Only the first pointer takes room here; the rest lies elsewhere.
             if (!jumped) consumed += 2;
             jumped = true;
-            wire.seek(target);
+            walk.seek(target);
         } else if (b == 0) {
             out.resize(text_size);
             char* text = out.data();
@@ -56,14 +56,16 @@ std::uint32_t read_name(std::span<const std::uint8_t> message, std::uint32_t off
                 text += labels[i].size;
                 *text++ = '.';
             }
-            return jumped ? consumed : consumed + 1;
+            if (!jumped) consumed += 1;
+            wire.skip(consumed);
+            return consumed;
         } else {
             // Lengths of 64 to 191 are taken as they stand, not as other label forms.
-            if (wire.pos() + b > end) return 0;
+            if (walk.remaining() < b) return 0;
             if (!jumped) consumed += b + 1u;
-            labels[label_count++] = {static_cast<std::uint32_t>(wire.pos()), b};
+            labels[label_count++] = {static_cast<std::uint32_t>(walk.pos()), b};
             text_size += b + 1u;
-            wire.skip(b);
+            walk.skip(b);
         }
     }
     return 0;

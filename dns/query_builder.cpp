@@ -1,17 +1,13 @@
 #include "dns/query_builder.h"
 
-#include <utility>
-
 #include "dns/labels.h"
+#include "dns/message_header.h"
+#include "dns/record_types.h"
 #include "dns/reverse_name.h"
 #include "platform/os.h"
 
 namespace {
 
-// Types whose QNAME is the name itself: bit n stands for type n (1, 2, 5, 15, 16).
-constexpr std::uint32_t name_path_types = 0x18026;
-constexpr std::uint32_t type_ptr = 12;
-constexpr std::size_t header_size = 12;
 // "in-addr" and "arpa" with their length bytes.
 constexpr std::size_t reverse_suffix_size = 13;
 
@@ -28,20 +24,21 @@ unsigned next_random() {
     return (state >> 16) & 0x7fffu;
 }
 
-char draw_digit(unsigned low, unsigned high) {
-    if (low > high) std::swap(low, high);
-    return static_cast<char>('0' + low + next_random() % (high - low + 1));
+unsigned draw_digit(unsigned low, unsigned high) { return low + next_random() % (high - low + 1); }
+
+// Types whose QNAME is the name itself.
+bool takes_plain_name(std::uint32_t type) {
+    return type == rr_type::a || type == rr_type::ns || type == rr_type::cname || type == rr_type::mx ||
+           type == rr_type::txt;
 }
 }  // namespace
 
-std::string make_packet_id() {
-    std::string id(2, '0');
-    id[0] = draw_digit(1, 9);
-    id[1] = draw_digit(0, 9);
-    return id;
+std::uint16_t make_packet_id() {
+    const unsigned tens = draw_digit(1, 9);
+    return static_cast<std::uint16_t>(tens * 10 + draw_digit(0, 9));
 }
 
-bool append_name(std::string_view text, byte_list& out) {
+bool encode_name(std::string_view text, byte_list& out) {
     // The labels are the non-empty stretches between dots: leading, doubled
     // and trailing dots add nothing.
     const std::size_t start_size = out.size();
@@ -58,29 +55,25 @@ bool append_name(std::string_view text, byte_list& out) {
     return true;
 }
 
-bool encode_name(std::string_view text, byte_list& out) { return encode_alone(text, out, append_name); }
-
 bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type) {
     entry = dns_entry{};
 
-    const std::string id_text = make_packet_id();
-    const auto id = static_cast<std::uint16_t>((id_text[0] - '0') * 10 + (id_text[1] - '0'));
+    const std::uint16_t id = make_packet_id();
 
     // Room for the header, a length byte per label or the text's own dots,
     // the root, the reverse suffix and the question's type and class.
     byte_list message;
     message.reserve(header_size + text.size() + 2 + reverse_suffix_size + 4);
-    // ID low byte first, RD set, one question, nothing else.
+    // The ID, RD set, one question, nothing else.
     message.resize(header_size, 0);
-    message[0] = static_cast<std::uint8_t>(id & 0xff);
-    message[1] = static_cast<std::uint8_t>(id >> 8);
+    put_packet_id(id, message.data());
     message[2] = 0x01;
     message[5] = 0x01;
     bool encoded = false;
-    if (type <= 16 && ((name_path_types >> type) & 1u) != 0) {
-        encoded = append_name(text, message);
-    } else if (type == type_ptr) {
-        encoded = append_reverse_name(text, message);
+    if (takes_plain_name(type)) {
+        encoded = encode_name(text, message);
+    } else if (type == rr_type::ptr) {
+        encoded = encode_reverse_name(text, message);
     }
     if (!encoded) return false;
     message.push_back(static_cast<std::uint8_t>((type >> 8) & 0xff));

@@ -2,7 +2,6 @@
 // Builds the one message a query sends: a 12-byte header and one question.
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 #include "dns/bytes.h"
@@ -12,9 +11,10 @@
 // `entry` reset) when the text can't be encoded.
 bool build_query(dns_entry& entry, std::string_view text, std::uint32_t type);
 
-// QNAME of a name: its non-empty stretches between dots as labels of up to
-// 255 bytes, closed by a zero byte. False for empty or dots-only text.
+// Appends the QNAME of a name behind what `out` holds: its non-empty
+// stretches between dots as labels of up to 255 bytes, closed by a zero
+// byte. False for empty or dots-only text; `out` may then hold part of a name.
 bool encode_name(std::string_view text, byte_list& out);
 
-// Two decimal digits, the first never 0; the generator is seeded once per process.
-std::string make_packet_id();
+// A number of two decimal digits (10 to 99); the generator is seeded once per process.
+std::uint16_t make_packet_id();

@@ -1,18 +1,16 @@
 #include "dns/reply_parser.h"
 
+#include "dns/message_header.h"
 #include "dns/name_decoder.h"
-#include "dns/wire_reader.h"
 
 namespace {
-
-constexpr std::uint32_t header_size = 12;
 
 enum class section { question, answer, authority, additional };
 
 // What every entry of one reply has in common.
 struct reply_context {
     const shared_packet& message;
-    const std::string& server_text;
+    std::string_view server_text;
     std::uint64_t time_stamp;
     std::uint16_t id;
 };
@@ -21,17 +19,13 @@ struct reply_context {
 // which ends the whole reply; running out of message is no fault.
 bool read_section(const reply_context& reply, section kind, std::uint16_t count, wire_reader& wire,
                   std::vector<dns_entry>& list) {
-    const std::span<const std::uint8_t> message = reply.message.bytes();
     for (std::uint16_t n = 0; n < count && wire.pos() < wire.length(); ++n) {
         // Decoded in its place in the list; taken out again if it fails.
         dns_entry& entry = list.emplace_back();
-        const auto at = static_cast<std::uint32_t>(wire.pos());
-        const std::uint32_t name_size = read_name(message, at, entry.query);
-        if (name_size == 0) {
+        if (read_name(wire, entry.query) == 0) {
             list.pop_back();
             return false;
         }
-        wire.skip(name_size);
         // A record cut off in its fixed fields reads zeros for what is
         // missing: in the question that ends the walk, elsewhere the RDATA
         // bound below catches it.
@@ -58,7 +52,7 @@ bool read_section(const reply_context& reply, section kind, std::uint16_t count,
 
 }  // namespace
 
-std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_stamp,
+std::uint32_t parse_reply(std::string_view server_text, std::uint64_t time_stamp,
                           const shared_packet& message, std::uint16_t& id_out,
                           std::vector<dns_entry>& question_list, std::vector<dns_entry>& answer_list,
                           std::vector<dns_entry>& authority_list, std::vector<dns_entry>& additions_list) {
@@ -68,9 +62,7 @@ std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_sta
     additions_list.clear();
 
     wire_reader wire(message.bytes());
-    // The ID is held with the message's first byte as its low byte.
-    const std::uint8_t id_low = wire.u8();
-    const auto id = static_cast<std::uint16_t>(id_low | (wire.u8() << 8));
+    const std::uint16_t id = read_packet_id(wire);
     // QR is the only flag anyone looks at: RCODE, TC and the rest are reported as they come.
     if ((wire.u8() & 0x80) == 0) return 0;
     id_out = id;
@@ -88,23 +80,4 @@ std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_sta
         return 0;
     }
     return static_cast<std::uint32_t>(wire.pos());
-}
-
-bool read_soa(std::span<const std::uint8_t> message, std::uint32_t offset, soa_data& soa) {
-    soa = soa_data{};
-    const std::uint32_t mname_size = read_name(message, offset, soa.domain_name);
-    if (mname_size == 0) return false;
-    offset += mname_size;
-    const std::uint32_t rname_size = read_name(message, offset, soa.admin_mailbox);
-    if (rname_size == 0) return false;
-    offset += rname_size;
-    // The bound is the whole message; RDLENGTH is not consulted.
-    wire_reader wire(message);
-    wire.seek(offset);
-    soa.serial_num = wire.u32();
-    soa.refresh_sec = wire.u32();
-    soa.retry_sec = wire.u32();
-    soa.expire_sec = wire.u32();
-    soa.min_sec = wire.u32();
-    return !wire.overrun();
 }

@@ -3,8 +3,7 @@
 // What each record's data means is worked out when it is written.
 
 #include <cstdint>
-#include <span>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "dns/bytes.h"
@@ -13,11 +12,7 @@
 // Result: the offset reached (at least 12 for a reply decoded to its end),
 // 0 for a fault. Entries stored before a fault stay in the lists. Every
 // entry shares `message`. Bytes behind the message's end read as 0.
-std::uint32_t parse_reply(const std::string& server_text, std::uint64_t time_stamp,
+std::uint32_t parse_reply(std::string_view server_text, std::uint64_t time_stamp,
                           const shared_packet& message, std::uint16_t& id_out,
                           std::vector<dns_entry>& question_list, std::vector<dns_entry>& answer_list,
                           std::vector<dns_entry>& authority_list, std::vector<dns_entry>& additions_list);
-
-// Reads an SOA's RDATA at `offset`; the bound is the whole message. On
-// false, `soa` must not be used.
-bool read_soa(std::span<const std::uint8_t> message, std::uint32_t offset, soa_data& soa);

@@ -4,7 +4,7 @@
 
 #include "dns/labels.h"
 
-bool append_reverse_name(std::string_view text, byte_list& out) {
+bool encode_reverse_name(std::string_view text, byte_list& out) {
     if (text.empty()) return false;
     // The pieces between dots, last first. The text is not checked for being
     // an address: whatever it holds is reversed piece by piece, and a text
@@ -21,8 +21,4 @@ bool append_reverse_name(std::string_view text, byte_list& out) {
     for (std::string_view label : suffix) append_label(label, out);
     out.push_back(0);
     return true;
-}
-
-bool encode_reverse_name(std::string_view text, byte_list& out) {
-    return encode_alone(text, out, append_reverse_name);
 }

@@ -21,6 +21,9 @@ public:
     void seek(std::size_t pos) { move_to(pos); }
 
     std::size_t pos() const { return pos_; }
+    // Bytes left in front of the cursor: a read of up to this many stays inside.
+    std::size_t remaining() const { return pos_ < message_.size() ? message_.size() - pos_ : 0; }
+    std::span<const std::uint8_t> message() const { return message_; }
     // True once any read or move has gone behind the end.
     bool overrun() const { return overrun_; }
     std::size_t length() const { return message_.size(); }

@@ -12,7 +12,6 @@
 #include <string>
 #include <string_view>
 
-#include "dns/dns_entry.h"
 #include "platform/digits.h"
 #include "report/output_stream.h"
 
@@ -79,10 +78,6 @@ private:
     std::size_t used_ = 0;
 };
 
-// The record's data inside its packet: data_length bytes from data_offset,
-// clipped to the packet so that no cell can read past it.
-std::span<const std::uint8_t> record_data(const dns_entry& entry);
-
 // Unsigned number in base 10 or 16 (lower case), right-aligned in `width`
 // with `pad`. Never cut.
 template <class Sink>
@@ -141,18 +136,5 @@ void write_ipv4(Sink& out, std::span<const std::uint8_t, 4> bytes) {
     }
     out.write_plain(std::string_view(text, static_cast<std::size_t>(p - text)));
 }
-
-// The name at `offset` of the entry's packet into `name`. False, with `name`
-// empty, if it can't be read.
-bool read_packet_name(const dns_entry& entry, std::uint32_t offset, std::string& name);
-
-// read_soa on the entry's packet at its data_offset.
-bool read_packet_soa(const dns_entry& entry, soa_data& soa);
-
-// The MX preference at the entry's data_offset, read from the packet (so a
-// record shorter than its preference takes the bytes that follow it).
-// False when the preference would reach behind the end of the packet; what
-// lies there then reads 0.
-bool read_mx_preference(const dns_entry& entry, std::uint16_t& preference);
 
 }  // namespace cells

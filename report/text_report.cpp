@@ -6,6 +6,8 @@
 #include <span>
 #include <string>
 
+#include "dns/record_data.h"
+#include "dns/record_types.h"
 #include "dns/type_names.h"
 #include "report/cells.h"
 #include "report/row_workspace.h"
@@ -13,47 +15,14 @@
 
 namespace {
 
-constexpr std::size_t column_count = 13;
+constexpr std::size_t column_count = text_report::column_count;
 constexpr std::size_t date_column = 5;  // the pair gap stands behind it
 
 constexpr std::array<std::string_view, column_count> header_words = {
     "query", "comment", "status", "id",  "DNSserv", "date", "time-UTC",
     "type",  "tname",   "class",  "ttl", "size",    "data"};
 
-// What the parameter block makes of one line: gaps and cell widths.
-struct line_layout {
-    std::string_view separator;
-    std::string_view pair_gap;
-    std::string_view list_gap;
-    std::array<std::size_t, column_count> widths{};  // all 0 in the compact layout
-};
-
-line_layout make_layout(const input_params& params) {
-    line_layout layout;
-    layout.separator = params.separator;
-    if (params.compact_columns) {
-        layout.pair_gap = params.pair_blank ? " " : "";
-        layout.list_gap = ";";
-        return layout;
-    }
-    layout.pair_gap = " ";
-    layout.list_gap = "; ";
-    std::size_t date_length = params.date_format.size();
-    layout.widths = {40,
-                     9,
-                     7,
-                     4,
-                     params.server.size(),
-                     date_length == 8 || date_length == 10 ? date_length : 0,
-                     time_column_width(params.time_format),
-                     4,
-                     6,
-                     5,
-                     6,
-                     4,
-                     0};
-    return layout;
-}
+using line_layout = text_report::line_layout;
 
 template <class Sink>
 void write_separator(Sink& out, const line_layout& layout, std::size_t column) {
@@ -100,7 +69,7 @@ std::string_view up_to_zero(const std::string& text) {
 }
 
 template <class Sink>
-void write_soa_fields(const soa_data& soa, Sink& out, std::string_view gap) {
+void write_soa_text(const soa_data& soa, Sink& out, std::string_view gap) {
     out.write(up_to_zero(soa.domain_name));
     out.write(gap);
     out.write(up_to_zero(soa.admin_mailbox));
@@ -117,13 +86,13 @@ void write_mx(row_workspace& work, const dns_entry& entry, std::span<const std::
     cells::row_text& out = work.row;
     std::uint16_t preference = 0;
     // A preference behind the end of the message: nothing to translate.
-    if (!cells::read_mx_preference(entry, preference)) {
+    if (!decode_mx_preference(entry, preference)) {
         cells::write_hex_bytes(out, data);
         return;
     }
     cells::write_number(out, preference);
     out.write(list_gap);
-    if (cells::read_packet_name(entry, entry.data_offset + 2, work.text))
+    if (decode_name(entry, entry.data_offset + 2, work.text))
         out.write(work.text);
     else
         cells::write_hex_bytes(out, data);
@@ -135,35 +104,35 @@ void write_data_cell(row_workspace& work, const dns_entry& entry, std::string_vi
         out.write_plain("  <none>");
         return;
     }
-    std::span<const std::uint8_t> data = cells::record_data(entry);
+    std::span<const std::uint8_t> data = entry.data();
     switch (entry.dns_type) {
-    case 1:  // A
+    case rr_type::a:
         if (entry.data_length == 4 && data.size() == 4)
             cells::write_ipv4(out, data.first<4>());
         else
             cells::write_hex_bytes(out, data);
         return;
-    case 28:  // AAAA
+    case rr_type::aaaa:
         write_ipv6_groups(out, data);
         return;
-    case 15:  // MX
+    case rr_type::mx:
         write_mx(work, entry, data, list_gap);
         return;
-    case 2:   // NS
-    case 5:   // CNAME
-    case 12:  // PTR
-        if (cells::read_packet_name(entry, entry.data_offset, work.text))
+    case rr_type::ns:
+    case rr_type::cname:
+    case rr_type::ptr:
+        if (decode_name(entry, entry.data_offset, work.text))
             out.write(work.text);
         else
             cells::write_hex_bytes(out, data);
         return;
-    case 6:  // SOA
-        if (cells::read_packet_soa(entry, work.soa))
-            write_soa_fields(work.soa, out, list_gap);
+    case rr_type::soa:
+        if (decode_soa(entry, work.soa))
+            write_soa_text(work.soa, out, list_gap);
         else
             cells::write_hex_bytes(out, data);
         return;
-    case 16:  // TXT: only answer records carry raw data
+    case rr_type::txt:  // only answer records carry raw data
         write_txt(out, entry.raw_data());
         out.put('\n');  // the row is followed by an empty line
         return;
@@ -172,11 +141,11 @@ void write_data_cell(row_workspace& work, const dns_entry& entry, std::string_vi
 }
 
 // All cells of one row, without its line end.
-void write_cells(row_workspace& work, const dns_entry& entry, std::string_view comment,
+void write_cells(row_workspace& work, const dns_entry& entry, std::string_view query, std::string_view comment,
                  std::string_view status, const line_layout& layout, const instant_texts::texts& when) {
     cells::row_text& out = work.row;
     const auto& w = layout.widths;
-    cells::write_left(out, entry.query, w[0]);
+    cells::write_left(out, query, w[0]);
     write_separator(out, layout, 0);
     cells::write_left(out, comment, w[1]);
     write_separator(out, layout, 1);
@@ -205,24 +174,48 @@ void write_cells(row_workspace& work, const dns_entry& entry, std::string_view c
 
 }  // namespace
 
-void write_soa_text(const soa_data& soa, uni::output_stream& out, std::string_view gap) {
-    write_soa_fields(soa, out, gap);
+text_report::text_report(const report_settings& settings) : settings_(settings) {
+    layout_.separator = settings.separator;
+    if (settings.compact_columns) {
+        layout_.pair_gap = settings.pair_blank ? " " : "";
+        layout_.list_gap = ";";
+        return;
+    }
+    layout_.pair_gap = " ";
+    layout_.list_gap = "; ";
+    const std::size_t date_length = settings.date_format.size();
+    layout_.widths = {40,
+                      9,
+                      7,
+                      4,
+                      settings.server_width,
+                      date_length == 8 || date_length == 10 ? date_length : 0,
+                      time_column_width(settings.time_format),
+                      4,
+                      6,
+                      5,
+                      6,
+                      4,
+                      0};
 }
 
-void write_text_entry(dns_entry& entry, uni::output_stream& out, std::string_view comment,
-                      std::string_view status, input_params& params, row_workspace& work) {
-    const line_layout layout = make_layout(params);
-    if (params.show_header) {
-        write_header(out, layout);
-        params.show_header = false;
+void text_report::write_row(uni::output_stream& out, const dns_entry& entry, std::string_view comment,
+                            std::string_view status, row_workspace& work) {
+    if (header_due_) {
+        write_header(out, layout_);
+        header_due_ = false;
     }
     // The only guard against a separator inside a value.
-    if (params.clash_char != 0 && entry.query.find(params.clash_char) != std::string::npos)
-        std::replace(entry.query.begin(), entry.query.end(), params.clash_char, params.clash_subst);
-
-    const instant_texts::texts when = work.when.render(entry.query_time, params.format_word);
+    std::string_view query = entry.query;
+    const char clash = settings_.clash_char;
+    if (clash != 0 && query.find(clash) != std::string_view::npos) {
+        query_.assign(query);
+        std::replace(query_.begin(), query_.end(), clash, settings_.clash_subst);
+        query = query_;
+    }
+    const instant_texts::texts when = work.when.render(entry.query_time, settings_.format_word);
     work.row.clear();
-    write_cells(work, entry, comment, status, layout, when);
+    write_cells(work, entry, query, comment, status, layout_, when);
     out.write(work.row.view());
     out.end_line();
 }

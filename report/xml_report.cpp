@@ -4,6 +4,8 @@
 #include <span>
 #include <utility>
 
+#include "dns/record_data.h"
+#include "dns/record_types.h"
 #include "dns/type_names.h"
 #include "report/cells.h"
 #include "report/row_workspace.h"
@@ -52,12 +54,12 @@ void write_mx_attributes(row_workspace& work, const dns_entry& entry) {
     // A preference reaching behind the message reads what is there and
     // zeros for the rest.
     std::uint16_t preference = 0;
-    cells::read_mx_preference(entry, preference);
+    decode_mx_preference(entry, preference);
     cells::row_text& out = work.row;
     out.write(" preference=\"");
     cells::write_number(out, preference, 10, 3);
     out.put('"');
-    cells::read_packet_name(entry, entry.data_offset + 2, work.text);
+    decode_name(entry, entry.data_offset + 2, work.text);
     write_attribute(out, " mx_server=\"", work.text);
 }
 
@@ -66,31 +68,31 @@ void write_translated_data(row_workspace& work, const dns_entry& entry, std::spa
     cells::row_text& out = work.row;
     out.write("<translated_data ");
     switch (entry.dns_type) {
-    case 1:  // A
+    case rr_type::a:
         if (entry.data_length == 4 && data.size() == 4) {
             out.write(" ipv4_addr=\"");
             cells::write_ipv4(out, data.first<4>());
             out.put('"');
         }
         break;
-    case 28: {  // AAAA
+    case rr_type::aaaa: {
         work.text.clear();
         format_ipv6(data.data(), data.size(), work.text);
         write_attribute(out, " ipv6_addr=\"", work.text);
         break;
     }
-    case 15:  // MX
+    case rr_type::mx:
         if (entry.data_length != 0) write_mx_attributes(work, entry);
         break;
-    case 2:     // NS
-    case 5:     // CNAME
-    case 12: {  // PTR
-        cells::read_packet_name(entry, entry.data_offset, work.text);
+    case rr_type::ns:
+    case rr_type::cname:
+    case rr_type::ptr: {
+        decode_name(entry, entry.data_offset, work.text);
         write_attribute(out, " domain_name=\"", work.text);
         break;
     }
-    case 6:  // SOA
-        if (cells::read_packet_soa(entry, work.soa)) write_soa_attributes(out, work.soa);
+    case rr_type::soa:
+        if (decode_soa(entry, work.soa)) write_soa_attributes(out, work.soa);
         break;
     default:  // TXT too: its text shows only in raw_data_hex
         break;
@@ -100,10 +102,10 @@ void write_translated_data(row_workspace& work, const dns_entry& entry, std::spa
 
 }  // namespace
 
-void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const input_params& params,
+void write_xml_entry(const dns_entry& entry, uni::output_stream& out, std::uint32_t format_word,
                      std::string_view status, row_workspace& work) {
-    const instant_texts::texts when = work.when.render(entry.query_time, params.format_word);
-    std::span<const std::uint8_t> data = cells::record_data(entry);
+    const instant_texts::texts when = work.when.render(entry.query_time, format_word);
+    std::span<const std::uint8_t> data = entry.data();
 
     // Nothing is escaped: names go out as the bytes the server sent.
     cells::row_text& row = work.row;

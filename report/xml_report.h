@@ -7,11 +7,11 @@
 #include <string_view>
 
 #include "dns/dns_entry.h"
-#include "driver/input_params.h"
 #include "report/output_stream.h"
 #include "report/row_workspace.h"
 
-void write_xml_entry(const dns_entry& entry, uni::output_stream& out, const input_params& params,
+// `format_word` holds the compiled date and time forms.
+void write_xml_entry(const dns_entry& entry, uni::output_stream& out, std::uint32_t format_word,
                      std::string_view status, row_workspace& work);
 // IPv6 text with the first run of zero groups folded. False (text untouched)
 // when data is missing or length is 0.

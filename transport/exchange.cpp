@@ -3,21 +3,7 @@
 #include <utility>
 
 #include "dns/reply_parser.h"
-#include "dns/wire_reader.h"
 #include "timefmt/time_parts.h"
-
-namespace {
-
-inline constexpr std::int32_t af_inet = 2;
-
-// The ID as the reply parser reads it: first byte low, second byte high.
-std::uint16_t packet_id_of(const shared_packet& packet) {
-    wire_reader wire(packet.bytes());
-    const std::uint8_t low = wire.u8();
-    return static_cast<std::uint16_t>(low | (wire.u8() << 8));
-}
-
-}  // namespace
 
 udp_socket::udp_socket() { os::net_startup(); }
 
@@ -29,7 +15,6 @@ udp_socket::~udp_socket() {
 }
 
 bool udp_socket::open() {
-    family_ = af_inet;
     handle_ = os::udp_open();
     return handle_ != os::invalid_socket;
 }
@@ -63,7 +48,6 @@ bool exchange_query(dns_result& result, dns_entry& query_entry, const std::strin
                     std::uint32_t timeout_secs) {
     clear_result(result);
     if (query_entry.packet.empty()) return false;
-    const std::uint16_t query_id = packet_id_of(query_entry.packet);
 
     // Zero-filled, so the header fields of a short reply read as 0 behind its end.
     byte_list buffer(receive_buffer_size, 0);
@@ -94,5 +78,5 @@ bool exchange_query(dns_result& result, dns_entry& query_entry, const std::strin
     std::uint32_t reached =
         parse_reply(server_text, result.recv_time, result.recv_packet, reply_id, result.question_list,
                     result.answer_list, result.authority_list, result.additions_list);
-    return reached != 0 && reply_id == query_id;
+    return reached != 0 && reply_id == query_entry.packet_id;
 }

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "dns/dns_entry.h"
+#include "dns/dns_result.h"
 #include "platform/os.h"
-#include "transport/dns_result.h"
 
 inline constexpr std::uint16_t dns_port = 53;
 inline constexpr std::size_t receive_buffer_size = 65536;
@@ -28,10 +28,11 @@ public:
     bool close();
 
 private:
-    std::int32_t family_ = 0;
     os::socket_handle handle_ = os::invalid_socket;
 };
 
-// True only when a reply came, decoded without fault and carries the query's ID.
+// True only when a reply came, decoded without fault and carries the query's
+// ID. The entries of the reply and the query hold a view of `server_text`,
+// which must outlive them.
 bool exchange_query(dns_result& result, dns_entry& query_entry, const std::string& server_text,
                     std::uint32_t timeout_secs);

@@ -1,4 +1,4 @@
-#include "transport/dns_result.h"
+#include "dns/dns_result.h"
 
 void clear_result(dns_result& result) {
     result.sent_packet.clear();
