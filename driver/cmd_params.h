@@ -7,15 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "input/filter_entry.h"
+#include "input/filter.h"
 #include "platform/os.h"
-
-// A file-time bound of -cmd_start_time / -cmd_stop_time.
-struct time_bound {
-    bool active = false;
-    std::uint64_t file_time = 0;  // 100 ns ticks since 1601-01-01 UTC
-    std::uint32_t unix_time = 0;  // seconds
-};
 
 struct cmd_params {
     cmd_params() = default;
@@ -60,20 +53,17 @@ struct cmd_params {
     bool verbose = true;
     bool erase_at_end = true;
     bool pair_datetime = false;
-    bool show_header = true;
     bool diag_active = false;
     std::int32_t diag_level = 0;
     os::file_handle diag_stream = os::invalid_file;  // owned; closed by the destructor
     std::string diag_file;
     bool profile = false;
     std::string signal_name;
-    std::vector<filter_entry> filters;
+    filter_settings filter;
     bool pipe_input = false;
     std::string enum_dir;
     std::uint32_t enum_depth = 0;
     bool enum_dir_given = false;
     std::string system_version;
     std::uint32_t system_major = 0, system_minor = 0, system_patch = 0;
-    time_bound start_filter;
-    time_bound stop_filter;
 };

@@ -42,24 +42,20 @@ void apply_output_form(cmd_params& params, output_form form) {
     case output_form::csvl2t:
         params.csvl2t_output = true;
         set_csv_separator(params, ",");
-        params.show_header = true;
         break;
     case output_form::bodyfile:
         params.bodyfile_output = true;
         set_csv_separator(params, "|");
-        params.show_header = true;
         break;
     case output_form::xml:
         params.xml_output = true;
         set_csv_separator(params, "");
-        params.show_header = false;
         break;
     case output_form::multiline:
         params.multiline_output = true;
         params.separator.clear();
         params.clash_char = 0;
         params.clash_subst = 0;
-        params.show_header = true;
         break;
     }
 }
@@ -200,14 +196,14 @@ void parse_filters(cmd_params& params, arg_list& args) {
     while (find_value("-filter", value, args)) {
         std::vector<filter_entry> entries;
         parse_filter(value, entries);
-        params.filters.insert(params.filters.end(), entries.begin(), entries.end());
+        params.filter.entries.insert(params.filter.entries.end(), entries.begin(), entries.end());
         std::string filter_path;
-        if (!params.filters.empty() && find_value("-filter_path", filter_path, args)) {
+        if (!params.filter.entries.empty() && find_value("-filter_path", filter_path, args)) {
             to_lower(filter_path);
-            for (filter_entry& entry : params.filters) entry.filter_path = filter_path;
+            for (filter_entry& entry : params.filter.entries) entry.filter_path = filter_path;
         }
     }
-    while (find_value("-filter_sig", value, args)) parse_filter_sig(value, params.filters);
+    while (find_value("-filter_sig", value, args)) parse_filter_sig(value, params.filter.entries);
 }
 
 // ----------------------------------------------------------- time bounds --
@@ -239,22 +235,22 @@ bound_result parse_bound(std::string_view value, std::string_view default_clock,
 bool parse_time_bounds(cmd_params& params, arg_list& args) {
     std::string value;
     if (find_value("-cmd_start_time", value, args)) {
-        bound_result result = parse_bound(value, "", params.start_filter);
+        bound_result result = parse_bound(value, "", params.filter.start);
         if (result == bound_result::refused) return false;
         if (result == bound_result::set) {
-            params.stop_filter = {true, ~std::uint64_t{0}, ~std::uint32_t{0}};
+            params.filter.stop = {true, ~std::uint64_t{0}, ~std::uint32_t{0}};
         } else {
-            params.stop_filter = time_bound{};
+            params.filter.stop = time_bound{};
             write_error(message::bad_start_time);
         }
     }
     if (find_value("-cmd_stop_time", value, args)) {
-        bound_result result = parse_bound(value, "23:59:59", params.stop_filter);
+        bound_result result = parse_bound(value, "23:59:59", params.filter.stop);
         if (result == bound_result::refused) return false;
         bool before_start =
-            params.start_filter.active && params.stop_filter.file_time < params.start_filter.file_time;
+            params.filter.start.active && params.filter.stop.file_time < params.filter.start.file_time;
         if (result != bound_result::set || before_start) {
-            params.stop_filter = time_bound{};
+            params.filter.stop = time_bound{};
             write_error(message::bad_stop_time);
         }
     }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "dns/record_types.h"
 #include "driver/cmd_params.h"
 
 struct input_params : cmd_params {
@@ -23,6 +24,6 @@ struct input_params : cmd_params {
     std::uint32_t timeout_secs = 1;
     std::uint32_t retries = 0;
     std::uint32_t delay_secs = 0;
-    std::uint32_t query_type = 1;
+    std::uint32_t query_type = rr_type::a;
     bool ipv6 = false;
 };

@@ -3,7 +3,9 @@
 #include <optional>
 #include <string>
 
+#include "dns/dns_result.h"
 #include "dns/query_builder.h"
+#include "driver/attempts.h"
 #include "driver/input_params.h"
 #include "driver/list_mode.h"
 #include "driver/messages.h"
@@ -14,8 +16,8 @@
 #include "platform/os.h"
 #include "report/fileio_output.h"
 #include "report/output_stream.h"
-#include "transport/attempts.h"
-#include "transport/dns_result.h"
+#include "report/report_settings.h"
+#include "report/result_dispatch.h"
 
 namespace {
 
@@ -37,26 +39,42 @@ void write_frame_head(uni::output_stream& out, const arg_list& args) {
     out.end_line();
 }
 
+// What the report's writers read of the options.
+report_settings make_report_settings(const input_params& params) {
+    report_settings settings;
+    settings.xml_output = params.xml_output;
+    settings.format_word = params.format_word;
+    settings.date_format = params.date_format;
+    settings.time_format = params.time_format;
+    settings.server_width = params.server.size();
+    settings.separator = params.separator;
+    settings.compact_columns = params.compact_columns;
+    settings.pair_blank = params.pair_blank;
+    settings.clash_char = params.clash_char;
+    settings.clash_subst = params.clash_subst;
+    return settings;
+}
+
 // The queries, once the report's destination is open. -1 when single mode's
 // name can't be encoded.
-int run_queries(uni::output_stream& out, input_params& params, const arg_list& args) {
+int run_queries(uni::output_stream& out, const input_params& params, const arg_list& args) {
     if (!has_work(params)) {
         show_usage();
         return -1;
     }
     if (params.xml_output) write_frame_head(out, args);
+    const report_settings settings = make_report_settings(params);
+    report_writer report(settings);
     dns_entry query;
     dns_result result;
-    row_workspace work;
     if (params.pipe_input || params.enum_dir_given) {
-        run_list(out, result, query, params, work);
+        run_list(out, report, result, query, params);
     } else {
         if (!build_query(query, params.query_target, params.query_type)) {
             print_error(message::query_not_built);
             return -1;
         }
-        params.show_header = true;
-        run_attempts(out, result, query, params, work);
+        run_attempts(out, report, result, query, params);
     }
     if (params.xml_output) {
         out.write("</logdata>");

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "dns/record_types.h"
 #include "driver/common_options.h"
 #include "driver/messages.h"
 #include "platform/text.h"
@@ -14,8 +15,8 @@ struct pipe_command {
 };
 
 constexpr pipe_command pipe_commands[] = {
-    {"-url_pipe", 1}, {"-ip_pipe", 12},   {"-mx_pipe", 15},
-    {"-ns_pipe", 2},  {"-cname_pipe", 5}, {"-txt_pipe", 16},
+    {"-url_pipe", rr_type::a},  {"-ip_pipe", rr_type::ptr},      {"-mx_pipe", rr_type::mx},
+    {"-ns_pipe", rr_type::ns}, {"-cname_pipe", rr_type::cname}, {"-txt_pipe", rr_type::txt},
 };
 
 struct plain_command {
@@ -25,9 +26,9 @@ struct plain_command {
 };
 
 constexpr plain_command plain_commands[] = {
-    {"-url", &input_params::url_value, 1}, {"-ip", &input_params::ip_value, 12},
-    {"-mx", &input_params::mx_value, 15},  {"-txt", &input_params::txt_value, 16},
-    {"-ns", &input_params::ns_value, 2},   {"-cname", &input_params::ns_value, 5},
+    {"-url", &input_params::url_value, rr_type::a},   {"-ip", &input_params::ip_value, rr_type::ptr},
+    {"-mx", &input_params::mx_value, rr_type::mx},    {"-txt", &input_params::txt_value, rr_type::txt},
+    {"-ns", &input_params::ns_value, rr_type::ns},    {"-cname", &input_params::ns_value, rr_type::cname},
 };
 
 void parse_pipe_commands(input_params& params, arg_list& args) {

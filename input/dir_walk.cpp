@@ -100,7 +100,7 @@ void list_matching(const std::u16string& path, std::vector<walk_entry>& entries)
     }
 }
 
-bool stdin_stream_ex::start_walk(const std::u16string& root, std::uint32_t depth,
+void stdin_stream_ex::start_walk(const std::u16string& root, std::uint32_t depth,
                                  const std::vector<filter_entry>& walk_filters) {
     reset();
     max_depth = depth;
@@ -108,9 +108,8 @@ bool stdin_stream_ex::start_walk(const std::u16string& root, std::uint32_t depth
     std::u16string start = root;
     accept_path(start, false, filters);
     pending_dirs.emplace_back(std::move(start), 0);
-    is_open = true;
+    open_ = true;
     is_walking = true;
-    return true;
 }
 
 bool stdin_stream_ex::next_path(std::u16string& path) {

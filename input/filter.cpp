@@ -3,7 +3,6 @@
 #include <cstring>
 #include <utility>
 
-#include "driver/cmd_params.h"
 #include "platform/fileio.h"
 #include "platform/paths.h"
 #include "platform/text.h"
@@ -38,12 +37,12 @@ void fill_entry(std::u16string token, filter_entry& entry) {
     entry.is_path = !pattern.empty() && pattern.front() == u'\\';
 }
 
-bool within_time_bounds(const cmd_params& params, std::u16string_view text, file_info& facts) {
+bool within_time_bounds(const filter_settings& filter, std::u16string_view text, file_info& facts) {
     if (facts.write_time == 0 && (!get_file_info(facts, text) || facts.write_time == 0)) return false;
-    const time_bound& start = params.start_filter;
+    const time_bound& start = filter.start;
     if (start.active && facts.write_time < start.file_time && facts.create_time < start.file_time)
         return false;
-    const time_bound& stop = params.stop_filter;
+    const time_bound& stop = filter.stop;
     return !(stop.active && (facts.write_time > stop.file_time || facts.create_time > stop.file_time));
 }
 
@@ -155,39 +154,34 @@ bool parse_offset(std::string_view text, std::uint64_t& value) {
     return true;
 }
 
-bool match_filter(const cmd_params& params, std::u16string_view text,
-                  const std::vector<filter_entry>& entries, file_info* facts) {
+bool match_filter(const filter_settings& filter, std::u16string_view text, file_info* facts) {
     if (text.empty()) return false;
-    if (facts && (params.start_filter.active || params.stop_filter.active) &&
-        !within_time_bounds(params, text, *facts))
+    if (facts && (filter.start.active || filter.stop.active) && !within_time_bounds(filter, text, *facts))
         return false;
-    return match_entries(text, entries);
+    return match_entries(text, filter.entries);
 }
 
 bool match_entries(std::u16string_view text, const std::vector<filter_entry>& entries) {
     if (text.empty()) return false;
     if (entries.empty()) return true;
     if (entries.size() == 1 && entries.front().match_all) return true;
-    // The path rules work on UTF-8 text; a separator is one byte there too.
-    const std::string path = to_utf8(text);
-    std::string dir_bytes, name_bytes;
-    split_path(path, dir_bytes, name_bytes);
-    std::u16string name = to_wide(name_bytes);
+    std::u16string dir, name;
+    split_path(text, dir, name);
     to_lower(name);
-    std::u16string dir;
-    bool have_dir = false;
+    bool dir_lowered = false;
+    std::string path;  // UTF-8, for a file to open: made once, when a signature asks
     for (const filter_entry& entry : entries) {
         if (entry.is_path) {
-            if (!have_dir) {
-                dir = to_wide(dir_bytes);
+            if (!dir_lowered) {
                 to_lower(dir);
-                have_dir = true;
+                dir_lowered = true;
             }
             if (dir_matches(entry.pattern, dir)) return true;
         }
         if (name_matches(entry, name)) return true;
-        if (!entry.star_front && !entry.star_back && !entry.signature.empty() && signature_found(path, entry))
-            return true;
+        if (entry.star_front || entry.star_back || entry.signature.empty()) continue;
+        if (path.empty()) path = to_utf8(text);
+        if (signature_found(path, entry)) return true;
     }
     return false;
 }

@@ -14,7 +14,7 @@ constexpr std::size_t read_chunk = 65536;
 stdin_stream::stdin_stream() {
     if (os::stdin_exists()) {
         line_buffer.reset(new char[read_chunk]);
-        is_open = true;
+        open_ = true;
     }
 }
 
@@ -34,7 +34,7 @@ bool stdin_stream::fill() {
 
 bool stdin_stream::read_piece(std::string& text) {
     text.clear();
-    if (!is_open) return false;
+    if (!open_) return false;
     constexpr std::size_t most = buffer_size - 1;
     bool line_done = false;
     bool cut_at_nul = false;
@@ -69,19 +69,15 @@ bool stdin_stream::read_line(std::string& text, bool trim) {
     return true;
 }
 
-bool stdin_stream::read_line_wide(std::u16string& text, bool trim) {
-    text.clear();
-    std::string bytes;
-    if (!stdin_stream::read_line(bytes, trim)) return false;
-    append_wide(bytes, text);
-    return true;
-}
-
 }  // namespace uni
 
 namespace kvportdir {
 
-stdin_stream_ex::stdin_stream_ex() { reset(); }
+bool stdin_stream_ex::open_stdin() {
+    reset();
+    open_ = os::stdin_binary_mode();
+    return open_;
+}
 
 void stdin_stream_ex::reset() {
     pending_dirs.clear();
@@ -96,14 +92,6 @@ bool stdin_stream_ex::read_line(std::string& text, bool trim) {
     std::u16string path;
     if (!next_path(path)) return false;
     text = to_utf8(path);
-    return true;
-}
-
-bool stdin_stream_ex::read_line_wide(std::u16string& text, bool trim) {
-    if (!is_walking) return stdin_stream::read_line_wide(text, trim);
-    std::u16string path;
-    if (!next_path(path)) return false;
-    text = std::move(path);
     return true;
 }
 

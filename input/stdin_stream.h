@@ -19,22 +19,19 @@ namespace uni {
 class stdin_stream {
 public:
     stdin_stream();
-    virtual ~stdin_stream() = default;
     stdin_stream(const stdin_stream&) = delete;
     stdin_stream& operator=(const stdin_stream&) = delete;
-
-    // The next line as wide text: read as read_line does, then converted from
-    // UTF-8; a bad byte ends the text there, without a sign.
-    virtual bool read_line_wide(std::u16string& text, bool trim);
 
     // The next line, as fgets would give it: up to and with its LF, or 4095
     // bytes, or what is left at the end; cut at its first NUL byte. With trim,
     // every CR and LF at its end goes. False at the end of the input, and at
-    // once while is_open is false.
-    virtual bool read_line(std::string& text, bool trim);
+    // once while the stream is not open.
+    bool read_line(std::string& text, bool trim);
 
-    bool is_open = false;
     static constexpr std::int32_t buffer_size = 4096;
+
+protected:
+    bool open_ = false;
 
 private:
     // One fgets-sized piece of the input into text, without trimming.
@@ -58,22 +55,25 @@ namespace kvportdir {
 // files under a directory as UTF-8 paths.
 class stdin_stream_ex : public uni::stdin_stream {
 public:
-    stdin_stream_ex();
+    stdin_stream_ex() = default;
 
-    bool read_line_wide(std::u16string& text, bool trim) override;
-    bool read_line(std::string& text, bool trim) override;
+    bool read_line(std::string& text, bool trim);
 
-    // Back to reading the standard input, with no walk pending.
-    void reset();
+    // Reads the standard input, in binary mode, with no walk pending. False
+    // when it can't be read.
+    bool open_stdin();
 
     // Starts the walk of root down to `depth` levels below it; from now on
     // the reads hand out the paths it finds. Only files whose names pass
-    // `filters` are handed out. Always true.
-    bool start_walk(const std::u16string& root, std::uint32_t depth,
+    // `filters` are handed out.
+    void start_walk(const std::u16string& root, std::uint32_t depth,
                     const std::vector<filter_entry>& walk_filters);
+
+private:
     // The next path of the walk; false when it is over. Lists a directory only
     // once every path found so far has been handed out.
     bool next_path(std::u16string& path);
+    void reset();
 
     // Both are used as stacks, at the back.
     std::deque<std::pair<std::u16string, std::uint32_t>> pending_dirs;

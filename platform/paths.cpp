@@ -21,16 +21,34 @@ bool lookup_variable(std::string_view name, std::string& value) {
 }
 
 // Cuts at the separator at `at` (when above 0); ".." as the name becomes "."
-// and moves onto dir behind `up`.
-bool split_at(std::string_view text, std::size_t at, std::string_view up, std::string& dir,
-              std::string& name) {
+// and moves onto dir behind `seps` separators.
+template <class Char>
+bool split_at(std::basic_string_view<Char> text, std::size_t at, std::size_t seps, std::basic_string<Char>& dir,
+              std::basic_string<Char>& name) {
     if (at == npos || at == 0) return false;
     dir.assign(text.substr(0, at));
     name.assign(text.substr(at + 1));
-    if (name == "..") {
-        name = ".";
-        dir += up;
+    if (name.size() == 2 && name[0] == '.' && name[1] == '.') {
+        name.resize(1);
+        dir.append(seps, text[at]);
+        dir.append(2, Char('.'));
     }
+    return true;
+}
+
+template <class Char>
+bool split_text_path(std::basic_string_view<Char> text, std::basic_string<Char>& dir, std::basic_string<Char>& name) {
+    dir.clear();
+    name.clear();
+    if (text.empty()) return false;
+    const std::size_t backslash = text.rfind(Char('\\'));
+    if (backslash != npos) {
+        if (split_at(text, backslash, 1, dir, name)) return true;
+    } else if (split_at(text, text.rfind(Char('/')), 2, dir, name)) {
+        return true;
+    }
+    dir.assign(1, Char('.'));
+    name.assign(text);
     return true;
 }
 
@@ -135,18 +153,11 @@ std::string expand_path(std::string_view text, bool allow_vss) {
 }
 
 bool split_path(std::string_view text, std::string& dir, std::string& name) {
-    dir.clear();
-    name.clear();
-    if (text.empty()) return false;
-    const std::size_t backslash = text.rfind('\\');
-    if (backslash != npos) {
-        if (split_at(text, backslash, "\\..", dir, name)) return true;
-    } else if (split_at(text, text.rfind('/'), "//..", dir, name)) {
-        return true;
-    }
-    dir = ".";
-    name.assign(text);
-    return true;
+    return split_text_path(text, dir, name);
+}
+
+bool split_path(std::u16string_view text, std::u16string& dir, std::u16string& name) {
+    return split_text_path(text, dir, name);
 }
 
 std::string full_path(std::string_view path) { return full_path(path, os::current_directory()); }

@@ -20,7 +20,9 @@ std::string expand_path(std::string_view text, bool allow_vss);
 // Cuts text at its last backslash, or at its last slash when it has no
 // backslash; a separator at index 0 doesn't count and leaves dir ".".
 // A name ".." becomes "." with ".." moved onto dir. False for empty text.
+// For UTF-8 and for wide text alike: the separators are ASCII in both.
 bool split_path(std::string_view text, std::string& dir, std::string& name);
+bool split_path(std::u16string_view text, std::u16string& dir, std::u16string& name);
 
 // The full form of a path relative to the current directory; a network path
 // as it is; the empty text for a path rooted without a drive or for blanks.

@@ -28,7 +28,6 @@ public:
         }
         write_lines(text);
     }
-    void write(const char* bytes, std::size_t count) { write(std::string_view(bytes, count)); }
     // Text known to hold no LF (digits, fixed words): no scan.
     void write_plain(std::string_view text) {
         if (fits(text.size())) {

@@ -2,6 +2,7 @@
 // What the report's writers read of the command line: made once per run by
 // the driver and handed to them as const.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
