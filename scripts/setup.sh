@@ -48,6 +48,7 @@ if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
   command -v clang++ >/dev/null || need+=(clang)
   ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)
 fi
+if [ "${VEXA_WANT_RSYNC:-}" = 1 ]; then command -v rsync >/dev/null || need+=(rsync); fi
 if [ "${VEXA_WANT_MAN:-}" = 1 ]; then command -v man >/dev/null || need+=(man-db); fi
 if [ $((${#need[@]} + ${#lean[@]})) -gt 0 ] && [ "$(id -u)" -eq 0 ]; then forbid_service_starts; fi
 
