@@ -1,9 +1,9 @@
 #include "platform/paths.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <tuple>
 
-#include "support/host.h"
 
 namespace {
 
@@ -14,10 +14,13 @@ TEST(Paths, SplitPath) {
                                                         {"a/..", "a//..|."},   {"d/e/f", "d/e|f"}};
     for (const auto& [text, expected] : rows) {
         std::string dir = "junk", name = "junk";
-        EXPECT_TRUE(split_path(text, dir, name) && dir + "|" + name == expected) << text << ": " << dir << "|" << name;
+        EXPECT_TRUE(split_path(text, dir, name)) << text;
+        EXPECT_EQ(dir + "|" + name, expected) << text;
     }
     std::string dir = "junk", name = "junk";
-    EXPECT_FALSE(split_path("", dir, name) || !(dir + name).empty());
+    EXPECT_FALSE(split_path("", dir, name));
+    EXPECT_EQ(dir, "");
+    EXPECT_EQ(name, "");
 }
 
 TEST(Paths, ExpandPath) {
@@ -25,9 +28,8 @@ TEST(Paths, ExpandPath) {
     const std::pair<const char*, const char*> environment[] = {{"VEXA_T_DIR", "D:\\data"}, {"VEXA_T_S", "%VEXA_T_S%"},
         {"VEXA_T_INDIRECT", "%VEXA_T_DIR%\\in"}, {"VEXA_T_GROW", "%VEXA_T_GROW%%VEXA_T_GROW%"}};
     // clang-format on
-    using test_support::set_env;
-    for (const auto& [name, value] : environment) set_env(name, value);
-    for (const char* name : {"VEXA_T_UNSET", "VSS", "vss"}) set_env(name, nullptr);
+    for (const auto& [name, value] : environment) ::setenv(name, value, 1);
+    for (const char* name : {"VEXA_T_UNSET", "VSS", "vss"}) ::unsetenv(name);
     const std::string vss(vss_prefix()), long_text = "%VEXA_T_DIR%" + std::string(501, 'x');  // 513 bytes
     // Text, %vss% allowed, expanded: inserted text is scanned too, but not a value that names itself, and the
     // scan goes on behind an unknown pair.
@@ -40,11 +42,12 @@ TEST(Paths, ExpandPath) {
     // clang-format on
     for (const auto& [text, allow_vss, expanded] : rows) EXPECT_EQ(expand_path(text, allow_vss), expanded) << text;
     const std::size_t grown = expand_path("%VEXA_T_GROW%", true).size();  // growth past 512 bytes ends it
-    EXPECT_TRUE(grown > 512 && grown <= 1024) << grown;
-    set_env("vss", "E:");  // the environment wins
+    EXPECT_GT(grown, 512u);
+    EXPECT_LE(grown, 1024u);
+    ::setenv("vss", "E:", 1);  // the environment wins
     EXPECT_EQ(expand_path("%vss%\\x", true), "E:\\x");
-    for (const auto& [name, value] : environment) set_env(name, nullptr);
-    set_env("vss", nullptr);
+    for (const auto& [name, value] : environment) ::unsetenv(name);
+    ::unsetenv("vss");
 }
 
 }  // namespace

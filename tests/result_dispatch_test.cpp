@@ -5,7 +5,7 @@
 #include "dns/dns_result.h"
 #include "dns/reply_parser.h"
 #include "driver/tool_options.h"
-#include "support/e2e.h"
+#include "support/tool.h"
 
 namespace {
 

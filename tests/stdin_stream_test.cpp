@@ -1,9 +1,10 @@
 // The list input line by line; that a line is handed out before more input comes is the end-to-end tests'.
 #include "input/stdin_stream.h"
 
-#include "platform/text_convert.h"
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include "support/fixtures.h"
-#include "support/host.h"
 
 using namespace std::string_literals;
 
@@ -11,13 +12,15 @@ namespace {
 
 // Every line the stream hands out for this input on fd 0, until its first false.
 std::vector<std::string> lines_of(const std::string& input, bool trim = true) {
+    const int saved = ::dup(0), fd = ::memfd_create("stdin", 0);
+    EXPECT_EQ(::pwrite(fd, input.data(), input.size(), 0), static_cast<ssize_t>(input.size()));
+    ::dup2(fd, 0), ::close(fd);
     std::vector<std::string> lines;
-    test_support::with_stdin(input, [&] {
-        kvportdir::stdin_stream_ex stream;
-        std::string line;
-        while (lines.size() < 100000 && stream.read_line(line, trim)) lines.push_back(line);
-        EXPECT_FALSE(stream.read_line(line, trim)) << "a read after the end";
-    });
+    kvportdir::stdin_stream_ex stream;
+    std::string line;
+    while (lines.size() < 100000 && stream.read_line(line, trim)) lines.push_back(line);
+    EXPECT_FALSE(stream.read_line(line, trim)) << "a read after the end";
+    ::dup2(saved, 0), ::close(saved);
     return lines;
 }
 

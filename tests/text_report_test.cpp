@@ -5,6 +5,7 @@
 
 #include "dns/dns_result.h"
 #include "dns/reply_parser.h"
+#include "driver/common_options.h"
 #include "driver/tool_options.h"
 #include "report/xml_report.h"
 #include "support/fixtures.h"
@@ -17,7 +18,7 @@ using test_support::record_entry;
 // One row, behind the header line when `header`; `csv` sets params as -csv does.
 std::string row_of(const dns_entry& entry, input_params& params, bool csv = false, bool header = false,
                    std::string_view status = "success") {
-    if (csv) params.separator = ",", params.clash_char = ',', params.clash_subst = ' ', params.compact_columns = true;
+    if (csv) set_csv_separator(params, ","), params.compact_columns = true;
     const report_settings settings = make_report_settings(params);
     text_report writer(settings);
     if (!header) writer.header_done();

@@ -1,6 +1,6 @@
 #pragma once
-// What the unit tests share: packets from byte groups, a stream that collects
-// a report, a record as a reply would hold it, a temporary directory.
+// What the unit tests share: packets from byte groups, a record as a reply
+// would hold it, a temporary directory.
 
 #include <cstdint>
 #include <filesystem>
@@ -58,10 +58,8 @@ struct temp_dir {
     temp_dir() {
         std::random_device random;
         for (int tries = 0; tries < 100 && root.empty(); ++tries) {
-            std::filesystem::path candidate =
-                std::filesystem::temp_directory_path() / ("vexa_" + std::to_string(random()));
-            std::error_code failed;
-            if (std::filesystem::create_directory(candidate, failed)) root = std::move(candidate);
+            auto candidate = std::filesystem::temp_directory_path() / ("vexa_" + std::to_string(random()));
+            if (std::error_code failed; std::filesystem::create_directory(candidate, failed)) root = candidate;
         }
         EXPECT_FALSE(root.empty());
     }
@@ -69,17 +67,11 @@ struct temp_dir {
         std::error_code ignored;
         std::filesystem::remove_all(root, ignored);
     }
-    // Names and paths as UTF-8 text, on every system.
-    static std::filesystem::path path_of(const std::string& text) { return std::u8string(text.begin(), text.end()); }
-    static std::string text_of(const std::filesystem::path& path) {
-        const std::u8string text = path.u8string();
-        return std::string(text.begin(), text.end());
-    }
-    std::string operator/(const std::string& name) const { return text_of(root / path_of(name)); }
+    std::string operator/(const std::string& name) const { return (root / name).string(); }
     // Writes the file, and the directories above it, with `bytes`.
     std::string put(const std::string& name, const std::string& bytes = {}) const {
-        std::filesystem::create_directories((root / path_of(name)).parent_path());
-        std::ofstream(root / path_of(name), std::ios::binary) << bytes;
+        std::filesystem::create_directories((root / name).parent_path());
+        std::ofstream(root / name, std::ios::binary) << bytes;
         return *this / name;
     }
 };

@@ -1,8 +1,8 @@
 // The test runner's entry. Before any test runs, the process moves into a
-// private network namespace with only loopback up: the end-to-end tests bind
-// port 53 on loopback addresses of their own, and a fault that would send a
-// query anywhere else fails on the spot instead of leaving the machine. The
-// vexa processes the tests start inherit the namespace.
+// private network namespace with only loopback up: the responders bind port
+// 53 on loopback addresses of their own, and a fault that would send a query
+// anywhere else fails on the spot instead of leaving the machine. The
+// processes the tests start inherit the namespace.
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -39,12 +39,13 @@ int main(int argc, char** argv) {
     // where the launcher's server is: the caller puts both into one private
     // network first (scripts/test.sh windows), and this process stays there.
     const char* launcher = std::getenv("VEXA_TEST_LAUNCHER");
-    const char* private_net = std::getenv("VEXA_IN_PRIVATE_NET");
     std::string why;
-    if (launcher && *launcher && !(private_net && std::string(private_net) == "1"))
-        why = "VEXA_IN_PRIVATE_NET is not 1";
-    else if (!(launcher && *launcher) && !GTEST_FLAG_GET(list_tests))
+    if (launcher && *launcher) {
+        if (const char* inside = std::getenv("VEXA_IN_PRIVATE_NET"); !inside || std::string(inside) != "1")
+            why = "VEXA_IN_PRIVATE_NET is not 1";
+    } else if (!GTEST_FLAG_GET(list_tests)) {
         why = enter_private_network();
+    }
     if (!why.empty())
         std::fprintf(stderr, "warning: not in a private network (%s); tests use the host's loopback\n", why.c_str());
     return RUN_ALL_TESTS();
