@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>
-#include <vector>
 
 namespace {
 
@@ -42,43 +41,6 @@ TEST(Text, ReadNumbers) {
     const std::pair<const char*, double> decimals[] = {{" -1.5", -1.5}, {"\n2", 2},  {"+-1", 0},     {"- 5", 0},
                                                        {"x", 0},        {"3e1", 30}, {"12.5:", 12.5}};
     for (const auto& [text, value] : decimals) EXPECT_EQ(read_decimal(text), value) << text;
-}
-
-TEST(Text, CaseBlindCompareSplitTrimAndLowerCase) {
-    const std::tuple<const char*, const char*, bool> bytes[] = {
-        {"-XML", "-xml", true}, {"-xm", "-xml", false}, {"@", "`", false}, {"\xc3\x89", "\xc3\xa9", false}};
-    for (const auto& [a, b, same] : bytes) EXPECT_EQ(same_text(a, b), same) << a;
-    EXPECT_TRUE(same_text(u"GLOBAL", u"global"));
-    EXPECT_FALSE(same_text(u"\u00c9", u"\u00e9"));
-    std::vector<std::string> list{"kept"};
-    EXPECT_TRUE(split_text(" a ||b\t", '|', list, true, true));
-    EXPECT_EQ(list, (std::vector<std::string>{"kept", "a", "b"}));
-    EXPECT_FALSE(split_text("", '|', list, false, false));
-    EXPECT_TRUE(list.empty());
-    // The wide form trims by the wide rule and always starts afresh.
-    std::vector<std::u16string> wide{u"gone"};
-    EXPECT_TRUE(split_text(u" a |\t b\t|", u'|', wide, true));
-    EXPECT_EQ(wide, (std::vector<std::u16string>{u"a", u" b"}));
-
-    std::string text = " \t\r\na b\n ", blank = " \t\r\n", path = " \t x \r\n";
-    EXPECT_TRUE(trim_text(text));
-    EXPECT_EQ(text, "a b");
-    EXPECT_FALSE(trim_text(blank));
-    // Wide text goes kind by kind: a blank behind a leading tab stays, a CR in front of the last LF too.
-    // Path text keeps that rule in bytes.
-    const std::pair<std::u16string, std::u16string> wide_trims[] = {
-        {u" \t x \r\n", u" x \r"}, {u"x\r\n\r", u"x\r"}, {u" \t ", u""}};
-    for (auto [line, trimmed] : wide_trims) {
-        EXPECT_EQ(trim_text(line), !trimmed.empty());
-        EXPECT_EQ(line, trimmed);
-    }
-    EXPECT_TRUE(trim_each_kind(path));
-    EXPECT_EQ(path, " x \r");
-    std::string mixed = "AZaz@[\xc3\x89";
-    std::u16string wide_mixed = u"AZ@[\u00c9";
-    to_lower(mixed), to_lower(wide_mixed);
-    EXPECT_EQ(mixed, "azaz@[\xc3\x89");
-    EXPECT_EQ(wide_mixed, u"az@[\u00c9");
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <initializer_list>
-#include <random>
+#include <stdlib.h>
 #include <string>
 #include <vector>
 
@@ -56,11 +56,8 @@ inline dns_entry record_entry(std::uint16_t type, const std::vector<std::uint8_t
 struct temp_dir {
     std::filesystem::path root;
     temp_dir() {
-        std::random_device random;
-        for (int tries = 0; tries < 100 && root.empty(); ++tries) {
-            auto candidate = std::filesystem::temp_directory_path() / ("vexa_" + std::to_string(random()));
-            if (std::error_code failed; std::filesystem::create_directory(candidate, failed)) root = candidate;
-        }
+        std::string name = (std::filesystem::temp_directory_path() / "vexa_XXXXXX").string();
+        if (::mkdtemp(name.data())) root = name;
         EXPECT_FALSE(root.empty());
     }
     ~temp_dir() {

@@ -4,21 +4,16 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace test_support {
 
-std::string test_loopback_address(std::string_view salt) {
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = info ? std::string(info->test_suite_name()) + "." + info->name() : "";
-    std::uint32_t h = 2166136261u;  // FNV-1a
-    for (unsigned char c : name.append(salt)) h = (h ^ c) * 16777619u;
-    // Second byte 1..254 keeps clear of 127.0.0.x; last byte 1..254 of .0 and .255.
-    return "127." + std::to_string(1 + h % 254) + "." + std::to_string((h >> 8) % 256) + "." +
-           std::to_string(1 + (h >> 16) % 254);
+std::string test_loopback_address() {
+    static std::atomic<unsigned> made{0};
+    const unsigned n = made++;
+    return "127.1." + std::to_string(n / 254 % 256) + "." + std::to_string(1 + n % 254);
 }
 
 responder::responder(reply_handler handler, std::string address)

@@ -17,9 +17,9 @@ namespace test_support {
 using datagram = std::vector<std::uint8_t>;
 using reply_handler = std::function<std::vector<datagram>(const datagram& query)>;
 
-// 127.x.y.z derived from the running test's full name (and `salt`, for a
-// second server in one test), so that tests never share an address.
-std::string test_loopback_address(std::string_view salt = {});
+// A loopback address that no responder of this process had before, so that
+// a late datagram of one run never reaches the next.
+std::string test_loopback_address();
 
 class responder {
 public:

@@ -29,7 +29,7 @@ int spawn(const std::vector<std::string>& words, const int fds[3]);
 // Reads `fd` until `text` has come (an empty `text`: until the end), waiting up to 10 s for each piece.
 bool read_until(int fd, std::string& got, const std::string& text);
 std::string read_file(const std::filesystem::path& path);
-// A path of this machine as Windows under Wine names it: on drive Z:, the root.
+// A path as Windows under Wine names it: on drive Z:, the root.
 std::string on_drive_z(const std::filesystem::path& path);
 // The program's name as the target sees it in its first argument.
 std::string program_seen();

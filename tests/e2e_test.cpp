@@ -1,9 +1,13 @@
-// Whole runs of the real binary around its queries: lists, options, frame, files, help, the end of a run.
+// The real binary end to end, against a scripted server on a loopback address of its own: one query with
+// its dumps, tries and statuses; lists, options, the frame, files, help and the end of a run. The bytes of
+// each command's query are the query builder's and the interop tests'.
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
+#include <memory>
 #include <regex>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 #include "support/tool.h"
@@ -18,6 +22,7 @@ const std::string erase = "\x1b[2K\r    \r";
 const std::string server_message =
     "error: need to specify a DNS server to query using the format: -server <ipv4 addr>\n";
 const std::string csv_header = "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data";
+const datagram& one_a = one_a_reply;
 const std::string long_label = std::string(256, 'x') + ".b";  // one label too long to encode
 
 // "-server <srv>" in place of "{srv}", or behind the rest (none when `srv` is empty); then `more`.
@@ -41,6 +46,22 @@ std::size_t count_of(const std::string& text, const std::string& part) {
     std::size_t n = 0;
     for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++n;
     return n;
+}
+
+std::vector<std::string> words(std::string_view text) {
+    std::vector<std::string> out;
+    for (std::size_t at; !text.empty(); text.remove_prefix(std::min(text.size(), at + 1)))
+        if ((at = std::min(text.find(' '), text.size())) > 0) out.emplace_back(text.substr(0, at));
+    return out;
+}
+
+// The "comment status" pairs of the rows of a -csv report, joined by "|".
+std::string statuses(std::string_view body) {
+    std::string out;
+    for (const std::string& line : lines_of(body))
+        if (const auto cells = cells_of(line, ","); !cells.empty())
+            out.append(out.empty() ? "" : "|").append(cells[1]).append(" ").append(cells[2]);
+    return out;
 }
 
 std::string backslashed(std::string path) {
@@ -79,11 +100,13 @@ TEST(E2eRun, ListReportsEachLineBeforeReadingTheNext) {
 
 // Runs against a silent server: what the server saw, the report's first line.
 TEST(E2eRun, WhatEachCommandLineQueries) {
+    temp_dir dir;  // a walk: one file to a directory; the order and depth of a walk are the walker's tests'
+    for (const char* file : {"a.txt", "sub/b.log", "sub/x/c.txt"}) dir.put(file, "x");
+    const std::string root = backslashed(dir.root.string());
     struct run_case {  // first_line: {srvhdr} as for expand()
         const char* what;
         strings args;
-        std::string input;
-        const char* seen;
+        std::string input, seen;
         std::string first_line = csv_header, err = erase;
     };
     const run_case cases[] = {
@@ -100,18 +123,20 @@ TEST(E2eRun, WhatEachCommandLineQueries) {
         {"-pipe -ip: PTR for each line", {"-pipe", "-ip", "1.2.3.4", "-csv"}, "5.6.7.8\n", "8.7.6.5.in-addr.arpa/12"},
         {"-csv -pair_datetime is padded", {"-csv", "-pair_datetime", "-url", "a.b"}, "", "a.b/1", "query                                   ,comment  ,status ,id  ,{srvhdr},date      , time-UTC    " ",type,tname ,class,ttl   ,size,data"},
         {"bad -dateformat", {"-csv", "-dateformat", "dd/mm/y", "-url", "a.b"}, "", "a.b/1", csv_header, "invalid dd/mm/y, using default format\n" + erase},
+        {"-enumdir, -num_subdirs, the type of -mx_pipe", {"-enumdir", root, "-num_subdirs", "1", "-mx_pipe", "-csv"}, "", root + "\\a.txt/15 " + root + "\\sub\\b.log/15"},
+        {"-pipe wins over -enumdir", {"-pipe", "-enumdir", root, "-csv"}, "a.b\n", "a.b/1"},
         {"-filter: case-blind, the line queried as read", {"-url_pipe", "-csv", "-filter", "xnode.a|*example*"}, "Node1.Example.net\nb.exampl\nxnode.a\n", "Node1.Example.net/1 xnode.a/1"},
         // clang-format on
     };
     for (const run_case& c : cases) {
-        responder server(silent(), test_loopback_address(c.what));
+        responder server(silent());
         vexa_run run = run_vexa(args_for(c.args, server.address(), {"-timeout", "0"}), c.input);
         EXPECT_EQ(run.exit_code, 0) << c.what;
         EXPECT_EQ(run.err, c.err) << c.what;
         EXPECT_EQ(seen(server), c.seen) << c.what;
         const std::string body(report_body(run.out)), first_line = expand(c.first_line, 0, server.address());
         EXPECT_EQ(count_of(body, "timeout"), server.queries().size()) << c.what << ": one row for each query";
-        if (!*c.seen) {
+        if (c.seen.empty()) {
             EXPECT_EQ(body, "") << c.what;
             continue;
         }
@@ -129,7 +154,7 @@ TEST(E2eRun, XmlFrame) {
         {"a name that can't be encoded: no foot", {"-url", long_label}, "", 0, false},
     };
     for (const auto& [what, args, input, entries, foot] : cases) {
-        responder server(silent(), test_loopback_address(what));
+        responder server(silent());
         vexa_run run = run_vexa(args_for(args, server.address(), {"-xml", "-timeout", "0"}), input);
         EXPECT_EQ(run.exit_code, foot ? 0 : 255) << what;
         std::string body(report_body(run.out));  // each entry becomes "E"
@@ -180,7 +205,7 @@ TEST(E2eRun, ResultsFile) {
         const std::string& path = c.path.empty() ? file : c.path;
         fs::remove(path);
         if (c.before) dir.put("r.txt", older), fs::permissions(file, fs::perms::owner_read);
-        responder server(silent(), test_loopback_address(c.what));
+        responder server(silent());
         vexa_run run =
             run_vexa(args_for(c.args, c.server ? server.address() : "", {"-url", "a.b", "-csv", "-timeout", "0"}));
         const bool made = c.err == erase;
@@ -225,7 +250,7 @@ TEST(E2eRun, RunRecord) {
     const std::regex system(std::string(target().windows ? "Windows" : "Linux") +
                             ";\\d+\\.\\d+\\.-;\\d+\\.\\d+\\.\\d+;(32|64)(; (<~>)?(:=)?)?");
     for (const auto& [what, args, before_name, after_name, date_format] : cases) {
-        responder server(silent(), test_loopback_address(what));
+        responder server(silent());
         const auto head_at = [bom = args[0] == "-bom", format = date_format](std::time_t t) {
             char date[32];
             std::strftime(date, sizeof date, format, std::gmtime(&t));
@@ -281,7 +306,7 @@ TEST(E2eRun, ActsAtTheEndFollowHowFarTheRunGot) {
         const std::string event = "vexa_e2e_" + std::to_string(::getpid()) + "_" + std::to_string(row++);
         event_watch watch(event);
         fs::remove(diag_file);
-        responder server(silent(), test_loopback_address(what));
+        responder server(silent());
         strings args = args_for(args_in, served ? server.address() : "");
         if (!args.empty()) args.insert(args.end(), {"-timeout", "0", "-signal", event, "-diags", diag_file});
         vexa_run run = run_vexa(args);
@@ -299,26 +324,6 @@ TEST(E2eRun, ActsAtTheEndFollowHowFarTheRunGot) {
     }
 }
 
-// A walk queries a directory's files, then its subdirectories' (their order
-// is the walker's tests'); one file to a directory here.
-TEST(E2eRun, EnumdirQueriesTheFilesOfAWalk) {
-    temp_dir dir;
-    for (const char* file : {"a.txt", "sub/b.log", "sub/x/c.txt"}) dir.put(file, "x");
-    const std::string root = backslashed(dir.root.string()), a = root + "\\a.txt", b = root + "\\sub\\b.log",
-                      c = root + "\\sub\\x\\c.txt";
-    const std::tuple<const char*, strings, std::string> cases[] = {
-        {"default depth: the root's files", {"-url_pipe", "-enumdir", root}, a + "/1"},
-        {"-num_subdirs 1, type of -mx_pipe", {"-enumdir", root, "-num_subdirs", "1", "-mx_pipe"}, a + "/15 " + b + "/15"},
-        {"-filter, every depth", {"-enumdir", root + "\\", "-num_subdirs", "9", "-filter", "*.txt"}, a + "/1 " + c + "/1"},
-        {"-pipe wins over -enumdir", {"-pipe", "-enumdir", root}, "a.b/1"},  // the standard input is read
-    };
-    for (const auto& [what, args, expected] : cases) {
-        responder server(silent(), test_loopback_address(what));
-        vexa_run run = run_vexa(args_for(args, server.address(), {"-timeout", "0"}), "a.b\n");
-        EXPECT_EQ(seen(server), expected) << what << ": " << run.err;
-    }
-}
-
 // vexa.exe gives each named stream of a file as a path of its own, before
 // the file. Wine has no streams: a results file written to "x.txt:alt" is a
 // file of that name, which it lists behind x.txt, and which the walk (the
@@ -332,6 +337,112 @@ TEST(E2eRun, EnumdirGivesNamedStreamsBeforeTheirFile) {
     const bool made = run_vexa({"-url", "a.b", "-server", server.address(), "-out", file + ":alt"}).exit_code == 0;
     EXPECT_EQ(run_vexa({"-url_pipe", "-enumdir", on_drive_z(dir.root), "-server", server.address()}).exit_code, 0);
     EXPECT_EQ(seen(server), "a.b/1 " + (made ? file + ":alt/1 " : "") + file + "/1");
+}
+
+TEST(E2eQuery, ReportAndDumpOfATry) {
+    const std::string divider = std::string(79, '-') + "\n",
+                      sent =
+                          "packet that was sent\n"
+                          "0000 0000:  {xx} 00 01 00 00 01 00 00  00 00 00 00 01 61 01 62  {c}............a.b\n"
+                          "0000 0010:  00 00 01 00 01                                    .....\n\n";
+    const std::tuple<const char*, reply_handler, std::string> cases[] = {
+        // arguments, server, report body
+        {"-url a.b -verbose", answer(one_a),
+         "query                                    | comment   | status  | id   | {srvhdr} | date       "
+         "|  time-UTC     | type | tname  | class | ttl    | size | data\n"
+         "a.b.                                     | answer    | success | {id4} | {srv} | ####-##-## |  ##:##:##.### "
+         "|    1 |      A |     1 |    300 |    4 | 31.32.126.127\n\n" +
+             divider + sent +
+             "packet that was recv'd\n"
+             "0000 0000:  {xx} 00 81 80 00 01 00 01  00 00 00 00 01 61 01 62  {c}............a.b\n"
+             "0000 0010:  00 00 01 00 01 c0 0c 00  01 00 01 00 00 01 2c 00  ..............,.\n"
+             "0000 0020:  04 1f 20 7e 7f                                    .. ~.\n" +
+             divider + "\n"},
+        {"-url a.b -verbose -csv -timeout 0", silent(),  // a timeout dumps the sent packet only
+         "query,comment,status,id,DNSserv,date, time-UTC,type,tname,class,ttl,size,data\n"
+         "a.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n\n" +
+             divider + sent + divider + "\n"},
+    };
+    for (const auto& [args, handler, body] : cases) {
+        responder server(handler);
+        e2e_run r = run_against(server, words(args));
+        ASSERT_EQ(r.queries.size(), 1u);
+        EXPECT_EQ(r.body, expand(body, id_of(r.queries[0]), server.address()));
+    }
+}
+
+TEST(E2eQuery, ServersThatCantBeReachedGiveSockErrOrTimeout) {
+    // "bogus" reads as 255.255.255.255, where a plain socket may not send: no packet between the dividers.
+    vexa_run run = run_vexa(words("-url a.b -server bogus -csv -timeout 0 -verbose"));
+    EXPECT_EQ(run.exit_code, 0) << run.err;
+    const std::string body = mask_date_time(report_body(run.out), ",");
+    EXPECT_EQ(statuses(body), "question sock err");
+    EXPECT_TRUE(body.ends_with(",bogus,####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\r\n\r\n" + std::string(79, '-') +
+                               "\r\n" + std::string(79, '-') + "\r\n\r\n"))
+        << body;
+    // A loopback port where nothing listens: Linux and Windows end the wait at once with the error that
+    // came back (ECONNREFUSED, WSAECONNRESET), Wine waits out the time-out; a failed read is a time-out.
+    run = run_vexa(words("-url a.b -csv -timeout 1 -server " + test_loopback_address()));
+    EXPECT_EQ(statuses(report_body(run.out)), "question timeout");
+}
+
+TEST(E2eQuery, TriesAndTheirStatuses) {
+    const auto second_time_lucky = [count = std::make_shared<int>(0)](const datagram& q) {  // silent the first time
+        return ++*count == 1 ? std::vector<datagram>{} : std::vector<datagram>{with_id(q, one_a)};
+    };
+    const auto late = [](const datagram& q) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return std::vector<datagram>{with_id(q, one_a)};
+    };
+    const datagram qr_clear = join({{0x01, 0x80}, datagram(one_a.begin() + 2, one_a.end())});  // a query, no reply
+    // The reply behind the query's ID with `low` added to its first byte and `high` to its second.
+    const auto off_id = [](const datagram& q, const datagram& reply, int low, int high) {
+        datagram r = with_id(q, reply);
+        r[0] = static_cast<std::uint8_t>(r[0] + low), r[1] = static_cast<std::uint8_t>(r[1] + high);
+        return r;
+    };
+    datagram largest = join({datagram(one_a.begin(), one_a.begin() + 21),  // through the answer's name
+                             {0xFF, 0, 0, 1, 0, 0, 0, 60, 0xFF, 0xC2}});   // RDLENGTH 65474
+    largest.resize(65507 - 2, 0xAB);                                       // the largest UDP payload over IPv4
+    // What, arguments besides -url a.b -csv, server, queries it sees, statuses of the rows.
+    const std::tuple<const char*, std::string, reply_handler, std::size_t, std::string> cases[] = {
+        {"silence", "-retry 2 -timeout 0", silent(), 3, "question timeout|question timeout|question timeout"},
+        {"good on the second try", "-retry 3", second_time_lucky, 2, "question timeout|answer success"},
+        {"a late reply inside the default time-out", "", late, 1, "answer success"},
+        // A wait here would outlast the run's time limit.
+        {"no delay behind a good try", "-retry 2 -delay 3600", answer(one_a), 1, "answer success"},
+        {"foreign ID fails the try", "-retry 1",  // the right low byte, a high byte set
+         [&](const datagram& q) { return std::vector<datagram>{off_id(q, one_a, 0, 1)}; }, 2,
+         "answer success|answer success"},
+        {"QR clear fails the try", "-retry 1", answer(qr_clear), 2, "question unkresp|question unkresp"},
+        {"-retry -1: no try", "-retry -1", answer(one_a), 0, ""},
+        {"-retry 2147483647 wraps: no try", "-retry 2147483647", answer(one_a), 0, ""},
+        {"only the first datagram of a try", "",  // a stray reply first; the right one is not waited for
+         [&](const datagram& q) {
+             return std::vector<datagram>{off_id(q, qr_clear, 1, 0), with_id(q, one_a)};
+         },
+         1, "question unkresp"},
+        {"the largest datagram, read whole", "", answer(largest), 1, "answer success"},
+    };
+    for (const auto& [what, args, handler, queries, rows] : cases) {
+        responder server(handler);
+        e2e_run r = run_against(server, words("-url a.b " + args + " -csv"));
+        EXPECT_EQ(r.run.exit_code, 0) << what;
+        ASSERT_EQ(r.queries.size(), queries) << what;
+        for (const datagram& q : r.queries) EXPECT_EQ(q, r.queries[0]) << what << ": the same bytes each try";
+        EXPECT_EQ(statuses(r.body), rows) << what;
+        // One header line per run, however many tries, and none without a row.
+        EXPECT_EQ(r.body.starts_with("query,"), !rows.empty()) << what;
+        EXPECT_EQ(r.body.find("query,", 1), std::string::npos) << what;
+    }
+}
+
+// The delay is the tool's own wait: both failed tries wait, the last too.
+TEST(E2eQuery, DelayFollowsEachFailedTry) {
+    responder quiet(silent());
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(run_against(quiet, words("-url a.b -timeout 0 -delay 1 -retry 1")).queries.size(), 2u);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
 }  // namespace
