@@ -76,9 +76,10 @@ void start_stage_end();
 using file_handle = int;
 inline constexpr file_handle invalid_file = -1;
 
-// write_existing: for reading and writing, and only a file that is there
-// already; the other writing modes create a missing file.
-enum class open_mode { read, write_truncate, write_keep, write_existing };
+// write_truncate creates a missing file and empties one that is there;
+// write_existing is for reading and writing, and only a file that is there
+// already.
+enum class open_mode { read, write_truncate, write_existing };
 // Opens (creating where the mode writes) a file, untranslated: the report
 // stream makes its own CR LF. invalid_file on failure.
 file_handle file_open(const std::string& path, open_mode mode);

@@ -35,7 +35,6 @@ file_handle file_open(const std::string& path, open_mode mode) {
     switch (mode) {
     case open_mode::read: flags |= O_RDONLY; break;
     case open_mode::write_truncate: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
-    case open_mode::write_keep: flags |= O_WRONLY | O_CREAT; break;
     case open_mode::write_existing: flags |= O_RDWR; break;
     }
     std::string native = native_path(path);

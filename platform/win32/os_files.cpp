@@ -41,7 +41,6 @@ file_handle file_open(const std::string& path, open_mode mode) {
         permission = _S_IREAD;
         break;
     case open_mode::write_truncate: flags |= _O_RDWR | _O_CREAT | _O_TRUNC; break;
-    case open_mode::write_keep: flags |= _O_RDWR | _O_CREAT; break;
     case open_mode::write_existing: flags |= _O_RDWR; break;
     }
     const std::wstring native = win32::wide(path);
