@@ -73,7 +73,7 @@ void parse_output_forms(cmd_params& params, arg_list& args) {
 // ----------------------------------------------------------- diagnostics --
 void parse_diags(cmd_params& params, arg_list& args) {
     if (!find_value("-diags", params.diag_file, args)) return;
-    params.diag_stream = os::file_open(params.diag_file, os::open_mode::write_truncate);
+    params.diag_stream = os::file_open(params.diag_file, os::open_mode::write_truncate).file;
     if (params.diag_stream == os::invalid_file) {
         params.diag_file.clear();
         return;

@@ -59,10 +59,12 @@ bool fileio::open_with(std::string_view path, bool writable, os::open_mode mode)
     path_ = std::move(stripped);
     // A read-only results file is overwritten, not refused.
     if (writable) os::file_make_writable(path_);
-    fd_ = os::file_open(path_, mode);
+    const os::opened_file opened = os::file_open(path_, mode);
+    fd_ = opened.file;
     // A path too long for the plain form, or one the system can't follow
     // that way, gets one more try in the long form; the stored path stays.
-    if (fd_ == os::invalid_file && os::long_form_may_help()) fd_ = os::file_open(long_form(path_), mode);
+    if (fd_ == os::invalid_file && opened.long_form_may_help)
+        fd_ = os::file_open(long_form(path_), mode).file;
     if (fd_ == os::invalid_file) return false;
     opened_ = true;
     size_ = size();

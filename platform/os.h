@@ -80,13 +80,17 @@ inline constexpr file_handle invalid_file = -1;
 // write_existing is for reading and writing, and only a file that is there
 // already.
 enum class open_mode { read, write_truncate, write_existing };
+struct opened_file {
+    file_handle file = invalid_file;
+    // On failure: whether the long-path form ("\\?\" in front of the full
+    // path) may succeed where the path failed (name too long, path not
+    // found). Never on a system without that form.
+    bool long_form_may_help = false;
+};
 // Opens (creating where the mode writes) a file, untranslated: the report
-// stream makes its own CR LF. invalid_file on failure.
-file_handle file_open(const std::string& path, open_mode mode);
-// After a failed file_open: whether the long-path form ("\\?\" in front of
-// the full path) may succeed where the path failed (name too long, path not
-// found). Never on a system without that form.
-bool long_form_may_help();
+// stream makes its own CR LF. The file is invalid_file on failure, and the
+// reason travels with it, so a retry depends on nothing but this result.
+opened_file file_open(const std::string& path, open_mode mode);
 // Bytes written or read, -1 on failure.
 std::int64_t file_write(file_handle file, const void* bytes, std::size_t count);
 std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity);

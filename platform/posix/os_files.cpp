@@ -30,7 +30,7 @@ std::string native_path(const std::string& path) {
     return native;
 }
 
-file_handle file_open(const std::string& path, open_mode mode) {
+opened_file file_open(const std::string& path, open_mode mode) {
     int flags = O_CLOEXEC;
     switch (mode) {
     case open_mode::read: flags |= O_RDONLY; break;
@@ -38,13 +38,11 @@ file_handle file_open(const std::string& path, open_mode mode) {
     case open_mode::write_existing: flags |= O_RDWR; break;
     }
     std::string native = native_path(path);
-    if (native.empty()) return invalid_file;
+    if (native.empty()) return {};
     int fd;
     do { fd = ::open(native.c_str(), flags, 0666); } while (fd < 0 && errno == EINTR);
-    return fd < 0 ? invalid_file : fd;
+    return {fd < 0 ? invalid_file : fd};
 }
-
-bool long_form_may_help() { return false; }
 
 std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) {
     const char* p = static_cast<const char*>(bytes);

@@ -19,9 +19,6 @@ constexpr std::u16string_view long_prefix = u"\\\\?\\";
 constexpr std::u16string_view device_prefix = u"\\\\.\\";
 constexpr DWORD open_directories_too = 0x2000000;  // FILE_FLAG_BACKUP_SEMANTICS
 
-// Why the last file_open failed, as the system said it.
-DWORD last_open_error = 0;
-
 std::uint64_t ticks_of(const FILETIME& time) {
     return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
 }
@@ -31,8 +28,7 @@ unsigned int piece_of(std::size_t count) {
 }
 }  // namespace
 
-file_handle file_open(const std::string& path, open_mode mode) {
-    last_open_error = 0;
+opened_file file_open(const std::string& path, open_mode mode) {
     int flags = _O_BINARY | _O_NOINHERIT;
     int permission = _S_IREAD | _S_IWRITE;
     switch (mode) {
@@ -44,15 +40,12 @@ file_handle file_open(const std::string& path, open_mode mode) {
     case open_mode::write_existing: flags |= _O_RDWR; break;
     }
     const std::wstring native = win32::wide(path);
-    if (native.empty()) return invalid_file;
+    if (native.empty()) return {};
     // Shared for reading and writing: other processes may go on using the file.
     const int fd = ::_wsopen(native.c_str(), flags, _SH_DENYNO, permission);
-    if (fd < 0) last_open_error = GetLastError();
-    return fd < 0 ? invalid_file : fd;
-}
-
-bool long_form_may_help() {
-    return last_open_error == ERROR_FILENAME_EXCED_RANGE || last_open_error == ERROR_PATH_NOT_FOUND;
+    if (fd >= 0) return {fd};
+    const DWORD error = GetLastError();
+    return {invalid_file, error == ERROR_FILENAME_EXCED_RANGE || error == ERROR_PATH_NOT_FOUND};
 }
 
 std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) {
