@@ -3,13 +3,13 @@
 // stream has made its CR LF already.
 #include "platform/win32/win32.h"
 
-#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
 #include <sys/stat.h>
 
+#include "platform/clamp.h"
 #include "platform/os.h"
 
 namespace os {
@@ -21,10 +21,6 @@ constexpr DWORD open_directories_too = 0x2000000;  // FILE_FLAG_BACKUP_SEMANTICS
 
 std::uint64_t ticks_of(const FILETIME& time) {
     return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
-}
-
-unsigned int piece_of(std::size_t count) {
-    return count > INT_MAX ? INT_MAX : static_cast<unsigned int>(count);
 }
 }  // namespace
 
@@ -52,7 +48,7 @@ std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) 
     const char* p = static_cast<const char*>(bytes);
     std::size_t left = count;
     while (left > 0) {
-        const int n = ::_write(file, p, piece_of(left));
+        const int n = ::_write(file, p, clamp_to_int(left));
         if (n < 0) return -1;
         p += n;
         left -= static_cast<std::size_t>(n);
@@ -61,7 +57,7 @@ std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) 
 }
 
 std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity) {
-    return ::_read(file, buffer, piece_of(capacity));
+    return ::_read(file, buffer, clamp_to_int(capacity));
 }
 
 bool file_seek_end(file_handle file) { return ::_lseeki64(file, 0, SEEK_END) >= 0; }
