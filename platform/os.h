@@ -144,7 +144,8 @@ std::string current_directory();
 bool computer_name(std::string& name);
 // Full path of the running program; false on failure.
 bool program_path(std::string& path);
-// The system's name, version and word size, in the forms of the run record.
+// The system's name, version numbers and word size, as the system tells them;
+// the run record's text of them is made above the seam.
 void get_system_identity(system_identity& identity);
 // Where the program file lies: on a network file system, or on removable media.
 bool is_remote_path(const std::string& path);
