@@ -162,7 +162,7 @@ bool parse_results_file(cmd_params& params, arg_list& args) {
     bool append = has_flag("-append", args);
     params.append_output = append;
     os::file_facts before;
-    bool existed = os::file_stat(params.output_file, before);
+    bool existed = os::file_stat(params.output_file, os::stat_text::path, before);
     uni::fileio probe;
     if (!probe.open_results(params.output_file, !append) && append)
         probe.open_results(params.output_file, true);

@@ -137,7 +137,7 @@ bool get_file_info(file_info& info, std::u16string_view path) {
     info = file_info{};
     if (path.empty()) return false;
     os::file_facts facts;
-    if (!os::file_times(path, facts)) return false;
+    if (!os::file_stat(to_utf8(path), os::stat_text::list_line, facts)) return false;
     info.write_time = facts.write_time;
     info.create_time = facts.create_time;
     return true;

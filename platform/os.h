@@ -114,12 +114,15 @@ struct file_facts {
     std::uint64_t create_time = 0;  // 100 ns ticks since 1601-01-01 UTC
     std::uint64_t write_time = 0;   // 100 ns ticks since 1601-01-01 UTC
 };
-// Facts of an existing file or directory; false if it can't be looked at.
-bool file_stat(const std::string& path, file_facts& facts);
-// The two time stamps of a path text that names a file or directory by the
-// system's own rules (which text counts as a path is the system's matter);
-// false if it names none or can't be looked at.
-bool file_times(std::u16string_view path, file_facts& facts);
+// What file_stat is handed.
+enum class stat_text {
+    path,       // a path of the tool's own, looked up as it stands
+    list_line,  // a line of a list, often a host name: looked up only where the
+                // system's own rules make it a path, and then as those rules say
+};
+// Facts of an existing file or directory, in one lookup; false if the text
+// names none or it can't be looked at.
+bool file_stat(const std::string& path, stat_text text, file_facts& facts);
 
 struct dir_item {
     std::u16string name;
