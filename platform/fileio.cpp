@@ -33,9 +33,7 @@ fileio::~fileio() { close(); }
 void fileio::reset() {
     fd_ = os::invalid_file;
     size_ = 0;
-    writable_ = false;
     opened_ = false;
-    path_.clear();
 }
 
 bool fileio::open_results(std::string_view path, bool truncate) {
@@ -55,16 +53,14 @@ bool fileio::open_with(std::string_view path, bool writable, os::open_mode mode)
         reset();
     }
     opened_ = false;
-    writable_ = writable;
-    path_ = std::move(stripped);
     // A read-only results file is overwritten, not refused.
-    if (writable) os::file_make_writable(path_);
-    const os::opened_file opened = os::file_open(path_, mode);
+    if (writable) os::file_make_writable(stripped);
+    const os::opened_file opened = os::file_open(stripped, mode);
     fd_ = opened.file;
     // A path too long for the plain form, or one the system can't follow
-    // that way, gets one more try in the long form; the stored path stays.
+    // that way, gets one more try in the long form.
     if (fd_ == os::invalid_file && opened.long_form_may_help)
-        fd_ = os::file_open(long_form(path_), mode).file;
+        fd_ = os::file_open(long_form(stripped), mode).file;
     if (fd_ == os::invalid_file) return false;
     opened_ = true;
     size_ = size();
