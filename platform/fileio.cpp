@@ -121,14 +121,6 @@ bool fileio::append_text(std::string_view text) {
 
 }  // namespace uni
 
-bool read_all(std::string& out, std::string_view path) {
-    uni::fileio file(path);
-    if (!file.is_open()) return false;
-    // Only the low 32 bits of the size count.
-    const auto count = static_cast<std::uint32_t>(file.known_size());
-    return count != 0 && file.read_at(out, count, 0);
-}
-
 bool get_file_info(file_info& info, std::u16string_view path) {
     info = file_info{};
     if (path.empty()) return false;
@@ -139,4 +131,3 @@ bool get_file_info(file_info& info, std::u16string_view path) {
     return true;
 }
 
-bool get_file_info(file_info& info, std::string_view path) { return get_file_info(info, to_wide(path)); }

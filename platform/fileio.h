@@ -61,10 +61,6 @@ struct file_info {
     std::uint64_t create_time = 0;
 };
 
-// The whole of a small file; false if it can't be opened or is empty.
-bool read_all(std::string& out, std::string_view path);
-
 // Time stamps of a file or directory. Which texts are looked up is the
 // system's rule: a bare host name gives false without touching the disk.
 bool get_file_info(file_info& info, std::u16string_view path);
-bool get_file_info(file_info& info, std::string_view path);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "report/fileio_output.h"
+#include "support/e2e.h"
 #include "support/fixtures.h"
 #include "support/host.h"
 
@@ -32,9 +33,7 @@ TEST(Fileio, ResultsStreamWritesWholeBlocks) {
             out.reset();
             EXPECT_EQ(results.known_size(), static_cast<std::int64_t>(total)) << what;
             results.close();
-            std::string bytes;
-            ASSERT_TRUE(read_all(bytes, dir / "r.txt")) << what;
-            EXPECT_EQ(bytes, line_end_last ? padding + "\r\n" : "\r\n" + padding) << what;
+            EXPECT_EQ(test_support::read_file(dir / "r.txt"), line_end_last ? padding + "\r\n" : "\r\n" + padding) << what;
         }
     }
 }
