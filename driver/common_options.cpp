@@ -73,7 +73,7 @@ void parse_output_forms(cmd_params& params, arg_list& args) {
 // ----------------------------------------------------------- diagnostics --
 void parse_diags(cmd_params& params, arg_list& args) {
     if (!find_value("-diags", params.diag_file, args)) return;
-    params.diag_stream = os::file_open(params.diag_file, os::open_mode::write_truncate);
+    params.diag_stream = os::file_open(params.diag_file, os::open_mode::write_truncate).file;
     if (params.diag_stream == os::invalid_file) {
         params.diag_file.clear();
         return;
@@ -162,7 +162,7 @@ bool parse_results_file(cmd_params& params, arg_list& args) {
     bool append = has_flag("-append", args);
     params.append_output = append;
     os::file_facts before;
-    bool existed = os::file_stat(params.output_file, before);
+    bool existed = os::file_stat(params.output_file, os::stat_text::path, before);
     uni::fileio probe;
     if (!probe.open_results(params.output_file, !append) && append)
         probe.open_results(params.output_file, true);

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "report/fileio_output.h"
-#include "support/fixtures.h"
+#include "support/tool.h"
 
 namespace {
 
@@ -31,10 +31,8 @@ TEST(Fileio, ResultsStreamWritesWholeBlocks) {
             out.reset();
             EXPECT_EQ(results.known_size(), static_cast<std::int64_t>(total)) << what;
             results.close();
-            std::string bytes;
             const std::string expected = line_end_last ? padding + "\r\n" : "\r\n" + padding;
-            ASSERT_TRUE(read_all(bytes, dir / "r.txt")) << what;
-            EXPECT_EQ(bytes, expected) << what;
+            EXPECT_EQ(test_support::read_file(dir / "r.txt"), expected) << what;
         }
     }
 }
