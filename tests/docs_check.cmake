@@ -25,8 +25,11 @@ endfunction()
 options_in(tool_options driver/tool_options.cpp)
 options_in(all_options driver/tool_options.cpp driver/common_options.cpp
            driver/run_record.cpp driver/run_record.h)
+# The parsers know well over this many options: finding fewer means the way
+# they name options has changed, and the checks below would pass on nothing.
+set(fewest_parser_options 60)
 list(LENGTH all_options count)
-if(count LESS 60)
+if(count LESS fewest_parser_options)
   message(FATAL_ERROR "only ${count} options found in the parsers; has the way they name options changed?")
 endif()
 

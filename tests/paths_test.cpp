@@ -7,23 +7,7 @@
 
 namespace {
 
-TEST(Paths, SplitPath) {
-    // Text, then directory and name; a slash counts only without a backslash, a separator at index 0 doesn't cut.
-    const std::pair<const char*, const char*> rows[] = {{"a\\b/c", "a|b/c"},   {"\\x", ".|\\x"},
-                                                        {"c:\\d\\", "c:\\d|"}, {"a\\..", "a\\..|."},
-                                                        {"a/..", "a//..|."},   {"d/e/f", "d/e|f"}};
-    for (const auto& [text, expected] : rows) {
-        std::string dir = "junk", name = "junk";
-        EXPECT_TRUE(split_path(text, dir, name)) << text;
-        EXPECT_EQ(dir + "|" + name, expected) << text;
-    }
-    std::string dir = "junk", name = "junk";
-    EXPECT_FALSE(split_path("", dir, name));
-    EXPECT_EQ(dir, "");
-    EXPECT_EQ(name, "");
-}
-
-TEST(Paths, ExpandPath) {
+TEST(Paths, EnvironmentNamesInAPathAreExpanded) {
     // clang-format off
     const std::pair<const char*, const char*> environment[] = {{"VEXA_T_DIR", "D:\\data"}, {"VEXA_T_S", "%VEXA_T_S%"},
         {"VEXA_T_INDIRECT", "%VEXA_T_DIR%\\in"}, {"VEXA_T_GROW", "%VEXA_T_GROW%%VEXA_T_GROW%"}};

@@ -45,36 +45,26 @@ void responder::serve() {
     while (!stopping_ && std::chrono::steady_clock::now() < deadline) {
         pollfd p{fd_, POLLIN, 0};
         if (::poll(&p, 1, 20) <= 0) continue;
-        {  // busy before the read: queries() sees either a pending datagram or busy
-            std::lock_guard lock(mutex_);
-            if (queries_.size() >= 1000) break;
-            busy_ = true;
-        }
+        std::lock_guard lock(mutex_);  // a query is queued or taken, never between
         sockaddr_in from{};
         socklen_t from_len = sizeof from;
         const ssize_t got =
             ::recvfrom(fd_, buffer.data(), buffer.size(), MSG_DONTWAIT, reinterpret_cast<sockaddr*>(&from), &from_len);
-        datagram query(buffer.begin(), buffer.begin() + std::max<ssize_t>(got, 0));
-        for (const datagram& reply : got >= 0 ? handler_(query) : std::vector<datagram>{})
+        if (got < 0) continue;
+        if (queries_.size() >= 1000) break;
+        queries_.emplace_back(buffer.begin(), buffer.begin() + got);
+        for (const datagram& reply : handler_(queries_.back()))
             ::sendto(fd_, reply.data(), reply.size(), 0, reinterpret_cast<const sockaddr*>(&from), from_len);
-        std::lock_guard lock(mutex_);
-        if (got >= 0) queries_.push_back(std::move(query));
-        busy_ = false;
     }
-    std::lock_guard lock(mutex_);
-    busy_ = false;
 }
 
 std::vector<datagram> responder::queries() const {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-    for (int pending = 0; fd_ >= 0 && std::chrono::steady_clock::now() < deadline;) {
-        // The queue first, then busy: the thread marks itself busy before it reads.
-        const bool queued = ::ioctl(fd_, FIONREAD, &pending) == 0 && pending > 0;
-        if (std::lock_guard lock(mutex_); !queued && !busy_) break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    for (int queued = 0;; std::this_thread::sleep_for(std::chrono::milliseconds(1))) {
+        std::lock_guard lock(mutex_);
+        if (fd_ < 0 || ::ioctl(fd_, FIONREAD, &queued) != 0 || queued == 0 || std::chrono::steady_clock::now() > deadline)
+            return queries_;
     }
-    std::lock_guard lock(mutex_);
-    return queries_;
 }
 
 }  // namespace test_support

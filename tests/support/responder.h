@@ -1,6 +1,6 @@
 #pragma once
 // A scripted DNS server for the end-to-end tests: a UDP socket on port 53 of a
-// loopback address of the test's own, served by a thread. A handler gets each
+// loopback address of its own, served by a thread. A handler gets each
 // query's bytes and gives the datagrams to send back: none, several, any bytes.
 
 #include <atomic>
@@ -8,7 +8,6 @@
 #include <functional>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -41,8 +40,7 @@ private:
     std::string address_, error_;
     int fd_ = -1;
     std::atomic<bool> stopping_{false};
-    mutable std::mutex mutex_;
-    bool busy_ = false;
+    mutable std::mutex mutex_;  // held from a query's read to its replies
     std::vector<datagram> queries_;
     std::thread thread_;
 };

@@ -20,11 +20,6 @@ namespace test_support {
 
 namespace {
 
-std::string from_environment(const char* name, const char* otherwise = "") {
-    const char* value = std::getenv(name);
-    return value && *value ? value : otherwise;
-}
-
 // The standard streams are in-memory files: nothing blocks on a full pipe,
 // and what the child wrote is all there once it has ended.
 int memory_file(std::string_view bytes) {
@@ -57,8 +52,11 @@ testing::AssertionResult from_text_mode(std::string& text) {
 
 const target_program& target() {
     static const target_program program = [] {
-        target_program t{from_environment("VEXA_TEST_PROGRAM", VEXA_BINARY), from_environment("VEXA_TEST_LAUNCHER"),
-                         from_environment("VEXA_TEST_HELPER")};
+        const auto given = [](const char* name, const char* otherwise = "") {
+            const char* value = std::getenv(name);
+            return std::string(value && *value ? value : otherwise);
+        };
+        target_program t{given("VEXA_TEST_PROGRAM", VEXA_BINARY), given("VEXA_TEST_LAUNCHER"), given("VEXA_TEST_HELPER")};
         t.windows = t.program.ends_with(".exe");
         return t;
     }();
@@ -180,8 +178,7 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
 }
 
 datagram with_id(const datagram& query, const datagram& rest) {
-    datagram reply(2, 0);
-    std::copy_n(query.begin(), std::min<std::size_t>(query.size(), 2), reply.begin());
+    datagram reply(query.begin(), query.begin() + std::min<std::size_t>(query.size(), 2));
     reply.insert(reply.end(), rest.begin(), rest.end());
     return reply;
 }

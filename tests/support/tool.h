@@ -22,8 +22,7 @@ struct target_program {
 };
 const target_program& target();
 // The words that start `program` with these arguments, launcher first.
-std::vector<std::string> command_for(const std::vector<std::string>& args,
-                                     const std::string& program = target().program);
+std::vector<std::string> command_for(const std::vector<std::string>& args, const std::string& program = target().program);
 // Starts a child on fds 0 1 2 (-1: this process's own), ended with this process; its pid, -1 on failure.
 int spawn(const std::vector<std::string>& words, const int fds[3]);
 // Reads `fd` until `text` has come (an empty `text`: until the end), waiting up to 10 s for each piece.
@@ -48,8 +47,7 @@ private:
 };
 
 struct vexa_run {
-    int exit_code = -1;  // -1 from main reads 255
-    int signal = 0;      // the signal that ended it
+    int exit_code = -1, signal = 0;  // -1 from main reads 255; the signal that ended it
     bool timed_out = false;
     std::string out, err;
 };
@@ -70,10 +68,8 @@ e2e_run run_against(const responder& server, std::vector<std::string> args, std:
 inline const datagram one_a_reply = join({{0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},
                                           {1, 'a', 1, 'b', 0, 0, 1, 0, 1},
                                           {0xC0, 12, 0, 1, 0, 1, 0, 0, 1, 0x2C, 0, 4, 0x1f, 0x20, 0x7e, 0x7f}});
-// The query's two ID bytes in front of `rest`.
-datagram with_id(const datagram& query, const datagram& rest);
-// Answers every query with `rest` behind its own ID.
-reply_handler answer(datagram rest);
+datagram with_id(const datagram& query, const datagram& rest);  // the query's ID bytes, then `rest`
+reply_handler answer(datagram rest);                               // `rest` behind each query's own ID
 // "name/type" of every query the server saw, joined by blanks.
 std::string seen(const responder& server);
 // The ID of a query as the report shows it: first byte low, second high.
@@ -81,8 +77,7 @@ std::uint16_t id_of(const datagram& query);
 
 // Everything behind the first empty line (the run record); all if there is none.
 std::string_view report_body(std::string_view out);
-// The lines of a report, without their CR LF.
-std::vector<std::string> lines_of(std::string_view body);
+std::vector<std::string> lines_of(std::string_view body);  // without their CR LF
 // The 13 cells of a report row, the last to the line's end; none for other lines.
 std::vector<std::string_view> cells_of(std::string_view line, std::string_view separator);
 // Each letter and digit of the date and time cells of every row becomes '#'.
