@@ -35,7 +35,7 @@ record-quote @@ driver/run_record.cpp @@ join_args(echo, args, '\''); @@ join_ar
 timeout-default @@ driver/input_params.h @@ std::uint32_t timeout_secs = 1; @@ std::uint32_t timeout_secs = 0; @@ without -timeout a reply is not waited for
 dump-printable @@ report/hex_dump.cpp @@ value >= 32 && value <= 126 @@ value >= 32 && value <= 127 @@ DEL shown as itself in the dump's text column
 crlf @@ report/output_stream.cpp @@ if (c == '\n') put_raw('\r'); @@ if (c == '\r') put_raw('\r'); @@ a line end written by put leaves without its CR
-header-once @@ report/result_dispatch.h @@ void end_try() { text_.header_done(); } @@ void end_try() {} @@ a header line in front of every try
+header-once @@ report/text_report.cpp @@ header_due_ = false; @@ header_due_ = true; @@ a header line in front of every row
 txt-cr @@ report/text_report.cpp @@ if (text[i] != '\r' && text[i] != '\n') continue; @@ if (text[i] != '\n') continue; @@ a CR in a TXT record breaks its row
 ipv6-fold @@ report/xml_report.cpp @@ if (i == 0) text.push_back(':'); @@ if (i == 1) text.push_back(':'); @@ a leading zero run of an IPv6 address loses a colon
 mx-preference-width @@ report/xml_report.cpp @@ cells::write_number(out, preference, 10, 3); @@ cells::write_number(out, preference); @@ the XML MX preference not padded to three

@@ -222,9 +222,7 @@ TEST(E2eRun, ResultsFile) {
             continue;
         }
         EXPECT_EQ(run.out, "") << c.what;
-        if (!c.append) {
-            EXPECT_NE(fs::status(path).permissions() & fs::perms::owner_write, fs::perms::none) << c.what;
-        }
+        EXPECT_NE(fs::status(path).permissions() & fs::perms::owner_write, fs::perms::none) << c.what;
         ASSERT_EQ(server.queries().size(), 1u) << c.what;
         EXPECT_EQ(mask_date_time(report_body(report), ","),
                   expand(csv_header + "\na.b,question,timeout,{id},{srv},####-##-##, ##:##:##.###,1,A,1,0,0,  <none>\n",
