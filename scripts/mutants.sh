@@ -80,7 +80,9 @@ VEXA_WANT_RSYNC=1 scripts/setup.sh
 work=${VEXA_MUTANT_DIR:-$root/build-mutants}
 tree=$work/tree logs=$work/logs
 mkdir -p "$tree" "$logs"
-rsync -a --delete --exclude='/build*/' --exclude=/.git "$root/" "$tree/"
+# By content, and without the sources' times: a copied file is newer than any
+# object built from a planted fault, so the build takes it again.
+rsync -rlpD --checksum --delete --exclude='/build*/' --exclude=/.git "$root/" "$tree/"
 cd "$tree"
 build() { cmake --build --preset default -j 2 >"$1" 2>&1; }
 # As the suite normally runs, with a bound on each test so a hung fault ends.
