@@ -13,14 +13,11 @@ VEXA_WANT_CLANG=1 scripts/setup.sh
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz -j 2
 
+# Every target unless named: the list of fuzz/targets.cmake, written nowhere else.
 if [ $# -gt 0 ]; then
   targets=("$@")
 else
-  targets=()
-  for source in fuzz/fuzz_*.cpp; do
-    name=${source#fuzz/fuzz_}
-    targets+=("${name%.cpp}")
-  done
+  read -ra targets <<<"$(sed -n 's/^set(VEXA_FUZZ_TARGETS \(.*\))$/\1/p' fuzz/targets.cmake)"
 fi
 
 work=$(mktemp -d)

@@ -1,9 +1,11 @@
 # Starts and stops an authoritative server (NSD) on a loopback address, for
-# the demo, the interop tests and the benchmark. Source this file, then:
+# the demo, the benchmark and the capture of fuzz seeds (the interop tests
+# start their own). Source this file, then:
 #   nsd_start WORKDIR ADDRESS ZONE_NAME ZONE_FILE [ZONE_NAME ZONE_FILE ...]
 #   nsd_stop WORKDIR
 # It listens on ADDRESS port 53 only, so it needs root or a private network
-# namespace (unshare -rn). Nothing is left running after nsd_stop.
+# namespace (unshare -rn). It runs as a daemon; nsd_stop ends it by the PID in
+# WORKDIR/nsd.pid (after 5 s with SIGKILL).
 
 nsd_start() {
   local dir=$1 address=$2
@@ -35,8 +37,8 @@ nsd_start() {
       shift 2
     done
   } > "$dir/nsd.conf"
-  nsd -c "$dir/nsd.conf" || return 1
-  # Ready when it answers on its port; bounded wait.
+  nsd -c "$dir/nsd.conf" || return 1  # forks into the background
+  # Ready once its PID file is written and its log says it started; at most 5 s.
   local i
   for i in $(seq 1 50); do
     if [ -s "$dir/nsd.pid" ] && grep -q "started" "$dir/nsd.log" 2>/dev/null; then return 0; fi

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Installs what building, testing and the demo need on a fresh Debian machine.
-# Does nothing for what is already there.
+# Does nothing for what is already there, and nothing at all when the caller
+# has run it for the whole job already (VEXA_SETUP_DONE=1).
 set -euo pipefail
+[ "${VEXA_SETUP_DONE:-}" = 1 ] && exit 0
 
 # Installs must not start a service: the server package would otherwise start
 # the machine's own server, and the project runs its own instances, in private

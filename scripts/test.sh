@@ -6,6 +6,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:-all}
 if [ "$preset" = all ]; then
+  # One setup for the three builds, the Windows packages included; the runs
+  # below (scripts/test-windows.sh too) skip theirs.
+  VEXA_WANT_WINDOWS=1 scripts/setup.sh
+  export VEXA_SETUP_DONE=1
   for one in default asan windows; do scripts/test.sh "$one"; done
   exit 0
 fi
