@@ -322,21 +322,6 @@ TEST(E2eRun, ActsAtTheEndFollowHowFarTheRunGot) {
     }
 }
 
-// vexa.exe gives each named stream of a file as a path of its own, before
-// the file. Wine has no streams: a results file written to "x.txt:alt" is a
-// file of that name, which it lists behind x.txt, and which the walk (the
-// last found first) gives first all the same.
-TEST(E2eRun, EnumdirGivesNamedStreamsBeforeTheirFile) {
-    if (!target().windows) GTEST_SKIP() << "vexa.exe only";
-    temp_dir dir;
-    const std::string file = on_drive_z(dir.root / "x.txt");
-    dir.put("x.txt", "x");
-    responder server(silent());
-    const bool made = run_vexa({"-url", "a.b", "-server", server.address(), "-out", file + ":alt"}).exit_code == 0;
-    EXPECT_EQ(run_vexa({"-url_pipe", "-enumdir", on_drive_z(dir.root), "-server", server.address()}).exit_code, 0);
-    EXPECT_EQ(seen(server), "a.b/1 " + (made ? file + ":alt/1 " : "") + file + "/1");
-}
-
 TEST(E2eQuery, ReportAndDumpOfATry) {
     const std::string divider = std::string(79, '-') + "\n",
                       sent =

@@ -33,23 +33,14 @@ inline const std::uint64_t sample_ticks = fields_to_ticks(2026, 11, 19, 9, 5, 7,
 inline dns_entry record_entry(std::uint16_t type, const std::vector<std::uint8_t>& rdata, bool answer = true) {
     const auto hi = [](unsigned v) { return static_cast<std::uint8_t>(v >> 8); };
     const auto lo = [](unsigned v) { return static_cast<std::uint8_t>(v); };
-    dns_entry e;
-    e.packet = shared_packet(join({{0x2a, 0x00, 0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},        // ID 42, QR RD RA
-                                   {1, 'a', 1, 'b', 0, 0, 1, 0, 1},                         // 12: a.b. A IN
-                                   {0xc0, 12, hi(type), lo(type), 0, 1},                    // 21: a.b. <type> IN
-                                   {0, 0, 0x01, 0x2c, hi(rdata.size()), lo(rdata.size())},  // TTL 300
-                                   rdata}));
-    e.dns_server = "8.8.8.8";
-    e.query = "a.b.";
-    e.dns_type = type;
-    e.dns_class = 1;
-    e.ttl_secs = 300;
-    e.data_length = static_cast<std::uint16_t>(rdata.size());
-    e.data_offset = 33;
-    e.query_time = sample_ticks;
-    e.packet_id = 42;
-    e.has_raw_data = answer;
-    return e;
+    return {.packet = shared_packet(join({{0x2a, 0x00, 0x81, 0x80, 0, 1, 0, 1, 0, 0, 0, 0},        // ID 42, QR RD RA
+                                          {1, 'a', 1, 'b', 0, 0, 1, 0, 1},                         // 12: a.b. A IN
+                                          {0xc0, 12, hi(type), lo(type), 0, 1},                    // 21: a.b. <type> IN
+                                          {0, 0, 0x01, 0x2c, hi(rdata.size()), lo(rdata.size())},  // TTL 300
+                                          rdata})),
+            .dns_server = "8.8.8.8", .query = "a.b.", .dns_type = type, .dns_class = 1, .ttl_secs = 300,
+            .data_length = static_cast<std::uint16_t>(rdata.size()), .data_offset = 33, .query_time = sample_ticks,
+            .packet_id = 42, .has_raw_data = answer};
 }
 
 // A fresh directory under the system's temporary one, removed with all it holds.
