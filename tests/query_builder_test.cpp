@@ -51,8 +51,6 @@ TEST(QueryBuilder, QuestionOfEachTypeAndTheIds) {
         if (name.empty()) {
             EXPECT_EQ(e.packet.size(), 0u) << text;
             EXPECT_EQ(e.ttl_secs, 0u) << text << ": the entry is reset";
-            EXPECT_EQ(e.packet_id, 0u) << text;
-            EXPECT_EQ(e.query, "") << text;
             continue;
         }
         EXPECT_EQ(byte_list(e.packet.data() + 12, e.packet.data() + e.packet.size() - 4), name) << text;

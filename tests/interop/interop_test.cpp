@@ -65,16 +65,13 @@ testing::Environment* const nsd_environment = testing::AddGlobalTestEnvironment(
 enum form { padded, csv, xml };
 
 std::string trimmed(std::string_view text) {
-    while (text.starts_with(' ')) text.remove_prefix(1);
-    while (text.ends_with(' ')) text.remove_suffix(1);
-    return std::string(text);
+    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+    return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
 }
 
 std::string between(std::string_view line, const std::string& open, const std::string& close) {
     const std::size_t from = line.find(open), to = line.find(close, from);
-    return from == std::string::npos || to == std::string::npos
-               ? ""
-               : trimmed(line.substr(from + open.size(), to - from - open.size()));
+    return to == std::string::npos ? "" : trimmed(line.substr(from + open.size(), to - from - open.size()));
 }
 
 // What each row of a report tells: "query comment status type ttl size | data"; in XML without the comment and

@@ -13,7 +13,6 @@ class string_output final : public uni::output_stream {
 public:
     // A small buffer by default, so that writes run into its edge often.
     explicit string_output(std::size_t buffer_size = 64) : output_stream(buffer_size) {}
-
     // Everything written so far, buffered bytes included.
     const std::string& text() {
         flush_buffer();
