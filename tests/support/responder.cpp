@@ -18,7 +18,9 @@ std::string test_loopback_address() {
 
 responder::responder(reply_handler handler, std::string address)
     : handler_(std::move(handler)), address_(std::move(address)) {
-    sockaddr_in at{.sin_family = AF_INET, .sin_port = htons(53)};
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    at.sin_port = htons(53);
     fd_ = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (::inet_pton(AF_INET, address_.c_str(), &at.sin_addr) != 1 ||
         ::bind(fd_, reinterpret_cast<const sockaddr*>(&at), sizeof at) != 0) {
