@@ -24,18 +24,12 @@ namespace {
 // and what the child wrote is all there once it has ended.
 int memory_file(std::string_view bytes) {
     const int fd = ::memfd_create("vexa_stream", MFD_CLOEXEC);
-    if (fd >= 0 && ::pwrite(fd, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-        ::close(fd);
-        return -1;
-    }
-    return fd;
+    return fd >= 0 && ::pwrite(fd, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()) ? fd : -1;
 }
 
 std::string contents(int fd) {
-    std::string text;
-    char chunk[65536];
-    for (ssize_t got; fd >= 0 && (got = ::pread(fd, chunk, sizeof chunk, static_cast<off_t>(text.size()))) > 0;)
-        text.append(chunk, static_cast<std::size_t>(got));
+    std::string text(fd < 0 ? 0 : static_cast<std::size_t>(::lseek(fd, 0, SEEK_END)), '\0');
+    if (fd >= 0 && ::pread(fd, text.data(), text.size(), 0) != static_cast<ssize_t>(text.size())) text.clear();
     if (fd >= 0) ::close(fd);
     return text;
 }
