@@ -84,7 +84,9 @@ std::vector<std::string> query(std::vector<std::string> args, form f) {
     EXPECT_TRUE(lines_end_in_crlf(run.out));
     const std::string sep = f == csv ? "," : " | ", body(report_body(run.out));
     std::vector<std::string> rows;
+    int headers = 0;  // one in front of the rows of a text form
     for (const std::string& line : lines_of(body)) {
+        headers += line.starts_with("query");
         const auto tag = [&](const std::string& name) { return between(line, "<" + name + ">", "</" + name + ">"); };
         const auto cells = f == xml ? std::vector<std::string_view>{} : cells_of(line, sep);
         if (f == xml && line.starts_with("<data_entry>")) {
@@ -96,6 +98,7 @@ std::vector<std::string> query(std::vector<std::string> args, form f) {
                            std::string(cells[12]));
         }
     }
+    EXPECT_EQ(headers, f == xml ? 0 : 1) << args[1];
     return rows;
 }
 
