@@ -11,7 +11,7 @@ using moment = std::array<std::uint32_t, 7>;  // year, month, day, hour, minute,
 moment of(const calendar_fields& f) { return {f.year, f.month, f.day, f.hour, f.minute, f.second, f.millisecond}; }
 
 // Ticks worked out independently of the code under test: the start, leap days and a century that isn't one.
-TEST(TimeParts, TicksToCalendarFieldsAndBack) {
+TEST(Calendar, TicksToCalendarFieldsAndBack) {
     // clang-format off
     const std::pair<std::uint64_t, moment> rows[] = {
         {0, {1601, 1, 1, 0, 0, 0, 0}}, {133537247999990000ULL, {2024, 2, 29, 23, 59, 59, 999}},
@@ -30,7 +30,7 @@ TEST(TimeParts, TicksToCalendarFieldsAndBack) {
     EXPECT_EQ(fields_to_ticks(2026, 3, 2, 24, 0, 0, 1000), march3 + ticks_per_second);
 }
 
-TEST(TimeParts, OnlyInstantsAfter1970AreShown) {
+TEST(Calendar, OnlyInstantsAfter1970AreShown) {
     const std::uint64_t unix0 = ticks_1601_to_1970;  // Unix second 0 counts as no time
     for (std::uint64_t bad : {std::uint64_t{0}, std::uint64_t{1} << 63, unix0 - 1, unix0 + 9999999})
         EXPECT_FALSE(time_parts(bad).valid) << bad;
@@ -39,7 +39,7 @@ TEST(TimeParts, OnlyInstantsAfter1970AreShown) {
     EXPECT_DOUBLE_EQ(stamp_difference(3ULL << 32, (5ULL << 32) | 0x80000000u), 2.5);
 }
 
-TEST(TimeParts, DateAndClockTextsOfTheTimeBounds) {
+TEST(Calendar, DateAndClockTextsOfTheTimeBounds) {
     // Text, delimiter, year month day (none: refused); a two-digit year up to 30 is this century's.
     // clang-format off
     const std::tuple<std::string, char, moment> dates[] = {
