@@ -145,7 +145,7 @@ TEST(E2eRun, WhatEachCommandLineQueries) {
     }
 }
 
-TEST(E2eRun, XmlFrame) {
+TEST(E2eRun, XmlFrameAroundTheEntries) {
     const std::tuple<const char*, strings, const char*, std::size_t, bool> cases[] = {
         // input, entries, a foot
         {"one query, -verbose adds nothing", {"-url", "a.b", "-verbose"}, "", 1, true},
@@ -172,7 +172,7 @@ TEST(E2eRun, XmlFrame) {
 // replaced, a read-only one too, or -append puts the whole report, run record
 // included, behind what it holds. A run that ends in the parser leaves no new
 // file and the old content as it was, its record on standard output.
-TEST(E2eRun, ResultsFile) {
+TEST(E2eRun, ResultsFileMadeReplacedOrAppendedTo) {
     temp_dir dir;
     ::setenv("VEXA_E2E_DIR", dir.root.c_str(), 1);
     const std::string file = dir / "r.txt", unmade = dir / "missing/r.txt", older = "an older and longer report\r\n";
@@ -220,7 +220,7 @@ TEST(E2eRun, ResultsFile) {
     }
 }
 
-TEST(E2eRun, RunRecord) {
+TEST(E2eRun, RunRecordHeadsTheReport) {
     // The command line: what stands in front of the program's name, and behind it; the date's format.
     const std::tuple<const char*, strings, const char*, const char*, const char*> cases[] = {
         // clang-format off

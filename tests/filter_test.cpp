@@ -14,7 +14,7 @@ filter_settings filters_of(const char* value, bool signatures = false) {
     return filter;
 }
 
-TEST(Filter, Matching) {
+TEST(Filter, PatternsMatchCaseBlind) {
     // Filter, text, passes. "*.x" tries the first ending only, an inner star is dropped, "**" is the empty name,
     // "," wins over "|", "/" is "\\", a path pattern also tries the name, a line not made wide matches nothing.
     // clang-format off
@@ -32,7 +32,7 @@ TEST(Filter, Matching) {
         EXPECT_EQ(match_filter(filters_of(filter), text, nullptr), passes) << to_utf8(text);
 }
 
-TEST(Filter, Signatures) {
+TEST(Filter, SignatureBytesAtAnOffset) {
     // Each piece is cut to 8 bits, past 32 bits it reads all ones; an offset comes only with two tokens, in hex,
     // octal or decimal up to its longest form; anything else reads 0.
     // clang-format off
@@ -59,7 +59,7 @@ TEST(Filter, Signatures) {
     EXPECT_FALSE(match_filter(filters_of("68", true), path + u".missing", nullptr));
 }
 
-TEST(Filter, TimeBounds) {
+TEST(Filter, FileTimesWithinTheBounds) {
     test_support::temp_dir dir;
     const std::u16string path = to_wide(dir.put("sample.bin", "x"));
     file_info real, none;

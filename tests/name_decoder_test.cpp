@@ -9,7 +9,7 @@ namespace {
 using bytes = std::vector<std::uint8_t>;
 using test_support::join;
 
-TEST(NameDecoder, NamesAndFaults) {
+TEST(NameDecoder, LabelsPointersAndTheStepLimit) {
     bytes labels98;  // 98 labels and the closing zero fit the 99 steps; 99 labels do not
     std::string z98;
     for (int i = 0; i < 98; ++i) labels98.insert(labels98.end(), {1, 'z'}), z98 += "z.";

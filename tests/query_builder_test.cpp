@@ -10,7 +10,7 @@ namespace {
 
 using test_support::join;
 
-TEST(QueryBuilder, EncodeName) {
+TEST(QueryBuilder, LabelsOfAName) {
     const std::string l255(255, 'x'), l200(200, 'y');
     const std::tuple<std::string, std::size_t, byte_list> rows[] = {
         // text, size (0: refused), first bytes

@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(TextConvert, BothWays) {
+TEST(TextConvert, RefusedUtf8AndLoneSurrogates) {
     // Refused input converts to nothing: the surrogate band refused is one wider each side (U+D7FF, U+E000), above
     // U+10FFFF, or cut short; an overlong form is taken.
     EXPECT_EQ(to_wide("\xC3\xA9\xED\x9F\xBE\xEE\x80\x81\xF4\x8F\xBF\xBF"), u"\u00E9\uD7FE\uE001\U0010FFFF");

@@ -8,7 +8,7 @@ namespace {
 
 // The C readers' rules under every number reader: white space, one sign, a "0x" for base 16, base 0 finding
 // its base, digits as far as they go; too large a value reads as all ones of the width, whatever the sign.
-TEST(Text, ReadNumbers) {
+TEST(Text, NumberReadersFollowTheCRules) {
     // Reader (10/16/8/0: read_unsigned in that base, 64 and 32 bits; -1: parse_number; -2: parse_number_c, with
     // character constants and without trimming), text, accepted (parse only), 64-bit value, 32-bit value.
     // clang-format off
