@@ -102,7 +102,7 @@ make_deb() {
          awk '{ kib += int(($1 + 1023) / 1024) } END { print kib }')
   mkdir "$stage/DEBIAN"
   (cd "$stage" && find usr -type f -print0 | sort -z | xargs -0 md5sum) >"$stage/DEBIAN/md5sums"
-  sed -e "s/@VERSION@/$version/" -e "s/@ARCH@/$arch/" -e "s/@SIZE@/$size/" -e "s|@MAINTAINER@|$maintainer|" \
+  sed -e "s/@VERSION@/$version/" -e "s/@ARCH@/$arch/" -e "s/@SIZE@/$size/" \
     "$debian/control.in" >"$stage/DEBIAN/control"
   chmod 644 "$stage/DEBIAN/control" "$stage/DEBIAN/md5sums"
   find "$stage" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +

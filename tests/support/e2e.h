@@ -18,7 +18,8 @@ namespace test_support {
 
 // The program the end-to-end tests run: the built vexa, or the build named
 // by VEXA_TEST_PROGRAM, started through VEXA_TEST_LAUNCHER if that is set
-// (vexa.exe through Wine), and VEXA_TEST_HELPER (support/helper_win32.cpp).
+// (vexa.exe through Wine, an arm64 build through qemu-user; its words split
+// at blanks), and VEXA_TEST_HELPER (support/helper_win32.cpp).
 // A Windows target's standard error is in text mode: run_vexa turns its CR LF into LF.
 struct target_program {
     std::string program, launcher, helper;

@@ -76,9 +76,15 @@ const target_program& target() {
     return program;
 }
 
+// The launcher may bring its own options (qemu-aarch64 -L /usr/aarch64-linux-gnu): words split at blanks.
 std::vector<std::string> command_for(const std::vector<std::string>& args, const std::string& program) {
     std::vector<std::string> words;
-    if (!target().launcher.empty()) words.push_back(target().launcher);
+    const std::string& launcher = target().launcher;
+    for (std::size_t at = 0; (at = launcher.find_first_not_of(' ', at)) != std::string::npos;) {
+        const std::size_t end = std::min(launcher.find(' ', at), launcher.size());
+        words.push_back(launcher.substr(at, end - at));
+        at = end;
+    }
     words.push_back(program);
     words.insert(words.end(), args.begin(), args.end());
     return words;
