@@ -39,22 +39,6 @@ void write_frame_head(uni::output_stream& out, const arg_list& args) {
     out.end_line();
 }
 
-// What the report's writers read of the options.
-report_settings make_report_settings(const input_params& params) {
-    report_settings settings;
-    settings.xml_output = params.xml_output;
-    settings.format_word = params.format_word;
-    settings.date_format = params.date_format;
-    settings.time_format = params.time_format;
-    settings.server_width = params.server.size();
-    settings.separator = params.separator;
-    settings.compact_columns = params.compact_columns;
-    settings.pair_blank = params.pair_blank;
-    settings.clash_char = params.clash_char;
-    settings.clash_subst = params.clash_subst;
-    return settings;
-}
-
 // The queries, once the report's destination is open. -1 when single mode's
 // name can't be encoded.
 int run_queries(uni::output_stream& out, const input_params& params, const arg_list& args) {

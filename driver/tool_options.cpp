@@ -74,3 +74,19 @@ bool parse_tool_options(input_params& params, arg_list& args) {
     parse_number_option("-delay", params.delay_secs, args);
     return true;
 }
+
+// What the report's writers read of the options.
+report_settings make_report_settings(const input_params& params) {
+    report_settings settings;
+    settings.xml_output = params.xml_output;
+    settings.format_word = params.format_word;
+    settings.date_format = params.date_format;
+    settings.time_format = params.time_format;
+    settings.server_width = params.server.size();
+    settings.separator = params.separator;
+    settings.compact_columns = params.compact_columns;
+    settings.pair_blank = params.pair_blank;
+    settings.clash_char = params.clash_char;
+    settings.clash_subst = params.clash_subst;
+    return settings;
+}

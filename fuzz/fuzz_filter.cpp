@@ -10,7 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/cmd_params.h"
 #include "fuzz/fuzz_input.h"
 #include "input/filter.h"
 #include "platform/fileio.h"
@@ -51,14 +50,15 @@ void test_text(std::u16string text, const std::vector<filter_entry>& entries, bo
     // not whatever the case of its letters.
     if (!has_signature && match_entries(upper_ascii(text), entries) != passes) std::abort();
 
-    static cmd_params plain;
-    if (match_filter(plain, text, entries, nullptr) != passes) std::abort();
-    static cmd_params bounded;
-    bounded.start_filter = {true, start_time, 0};
-    bounded.stop_filter = {true, stop_time, 0};
+    static filter_settings filter;
+    filter.entries = entries;
+    filter.start = filter.stop = {};
+    if (match_filter(filter, text, nullptr) != passes) std::abort();
+    filter.start = {true, start_time, 0};
+    filter.stop = {true, stop_time, 0};
     for (std::uint64_t time : fact_times) {
         file_info facts{time, time};
-        match_filter(bounded, text, entries, &facts);
+        match_filter(filter, text, &facts);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "dns/dns_result.h"
 #include "dns/query_builder.h"
 #include "driver/args.h"
 #include "driver/input_params.h"
@@ -14,7 +15,6 @@
 #include "platform/text.h"
 #include "report/output_stream.h"
 #include "report/result_dispatch.h"
-#include "transport/dns_result.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     query.query_time = 133100000000000000ULL;  // the dates render with the formats given
     dns_result result;
     uni::null_out_stream out;
-    row_workspace work;
-    report_result(out, result, query, params, work);
+    const report_settings settings = make_report_settings(params);
+    report_writer(settings).report_result(out, result, query);
     return 0;
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "dns/dns_result.h"
 #include "dns/reply_parser.h"
 #include "driver/args.h"
 #include "driver/input_params.h"
@@ -18,7 +19,6 @@
 #include "report/text_report.h"
 #include "report/xml_report.h"
 #include "tests/support/string_output.h"
-#include "transport/dns_result.h"
 
 namespace {
 
@@ -26,25 +26,21 @@ constexpr std::size_t largest_reply = 65536;                   // what the recei
 constexpr std::uint64_t receive_time = 133100000000000000ULL;  // an instant in 2022
 const std::string server = "127.0.0.2";
 
-// The three report forms, set up the way the command line sets them.
-struct report_forms {
-    input_params padded;
-    input_params compact;
-    input_params xml;
-};
-
-void set_up(input_params& params, arg_list args) {
+report_settings set_up(arg_list args) {
+    input_params params;
     if (!parse_tool_options(params, args)) std::abort();
+    return make_report_settings(params);
 }
 
+// The three report forms, set up the way the command line sets them.
+struct report_forms {
+    report_settings padded = set_up({"vexa", "-server", server});
+    report_settings compact = set_up({"vexa", "-csv", "-base10", "-dateformat", "mm/dd/yy", "-server", server});
+    report_settings xml = set_up({"vexa", "-xml", "-server", server});
+};
+
 report_forms& forms() {
-    static report_forms* instance = [] {
-        auto* made = new report_forms;
-        set_up(made->padded, {"vexa", "-server", server});
-        set_up(made->compact, {"vexa", "-csv", "-base10", "-dateformat", "mm/dd/yy", "-server", server});
-        set_up(made->xml, {"vexa", "-xml", "-server", server});
-        return made;
-    }();
+    static report_forms* instance = new report_forms;
     return *instance;
 }
 
@@ -54,12 +50,14 @@ void check_data_bounds(const std::vector<dns_entry>& list) {
         if (std::uint64_t{entry.data_offset} + entry.data_length > entry.packet.size()) std::abort();
 }
 
-void write_rows(std::vector<dns_entry>& list, uni::output_stream& out, report_forms& all,
+void write_rows(const std::vector<dns_entry>& list, uni::output_stream& out, const report_forms& all,
                 row_workspace& work) {
-    for (dns_entry& entry : list) {
-        write_text_entry(entry, out, "answer", "success", all.padded, work);
-        write_text_entry(entry, out, "answer", "success", all.compact, work);
-        write_xml_entry(entry, out, all.xml, "success", work);
+    text_report padded(all.padded);
+    text_report compact(all.compact);
+    for (const dns_entry& entry : list) {
+        padded.write_row(out, entry, "answer", "success", work);
+        compact.write_row(out, entry, "answer", "success", work);
+        write_xml_entry(entry, out, all.xml.format_word, "success", work);
     }
 }
 
@@ -76,8 +74,7 @@ void check_dump(const shared_packet& message) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size > largest_reply) return 0;
-    report_forms& all = forms();
-    all.padded.show_header = all.compact.show_header = true;
+    const report_forms& all = forms();
 
     dns_result result;
     result.recv_packet = shared_packet(data, size);
@@ -92,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     uni::null_out_stream out;
     row_workspace work;
-    for (auto* list :
+    for (const auto* list :
          {&result.question_list, &result.answer_list, &result.authority_list, &result.additions_list})
         write_rows(*list, out, all, work);
 
@@ -103,8 +100,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     query.query_time = receive_time;
     query.dns_type = result.question_list.empty() ? 1 : result.question_list.front().dns_type;
     result.sent_size = 1;
-    for (input_params* params : {&all.padded, &all.compact, &all.xml})
-        report_result(out, result, query, *params, work);
+    for (const report_settings* settings : {&all.padded, &all.compact, &all.xml})
+        report_writer(*settings).report_result(out, result, query);
 
     check_dump(result.recv_packet);
     return 0;

@@ -2,17 +2,16 @@
 
 #include <tuple>
 
-#include "driver/cmd_params.h"
 #include "platform/fileio.h"
 #include "platform/text_convert.h"
 #include "support/fixtures.h"
 
 namespace {
 
-std::vector<filter_entry> filters_of(const char* value, bool signatures = false) {
-    std::vector<filter_entry> entries;
-    if (value) signatures ? parse_filter_sig(value, entries) : (void)parse_filter(value, entries);
-    return entries;
+filter_settings filters_of(const char* value, bool signatures = false) {
+    filter_settings filter;
+    if (value) signatures ? parse_filter_sig(value, filter.entries) : (void)parse_filter(value, filter.entries);
+    return filter;
 }
 
 TEST(Filter, Matching) {
@@ -30,7 +29,7 @@ TEST(Filter, Matching) {
     };
     // clang-format on
     for (const auto& [filter, text, passes] : cases)
-        EXPECT_EQ(match_filter(cmd_params{}, text, filters_of(filter), nullptr), passes) << to_utf8(text);
+        EXPECT_EQ(match_filter(filters_of(filter), text, nullptr), passes) << to_utf8(text);
 }
 
 TEST(Filter, Signatures) {
@@ -44,7 +43,7 @@ TEST(Filter, Signatures) {
     };
     // clang-format on
     for (const auto& [value, bytes, offset] : cases) {
-        const std::vector<filter_entry> entries = filters_of(value, true);
+        const std::vector<filter_entry> entries = filters_of(value, true).entries;
         ASSERT_EQ(entries.size(), bytes.empty() ? 0u : 1u) << value;
         if (entries.empty()) continue;
         EXPECT_EQ(entries[0].signature, bytes) << value;
@@ -56,8 +55,8 @@ TEST(Filter, Signatures) {
         {"68 65", true}, {"77 6f|7", false}, {"64|10", true}, {"64 00|10", false}, {"68|0xffffffffffffffff", false},
     };
     for (const auto& [value, passes] : in_file)
-        EXPECT_EQ(match_filter(cmd_params{}, path, filters_of(value, true), nullptr), passes) << value;
-    EXPECT_FALSE(match_filter(cmd_params{}, path + u".missing", filters_of("68", true), nullptr));
+        EXPECT_EQ(match_filter(filters_of(value, true), path, nullptr), passes) << value;
+    EXPECT_FALSE(match_filter(filters_of("68", true), path + u".missing", nullptr));
 }
 
 TEST(Filter, TimeBounds) {
@@ -70,14 +69,14 @@ TEST(Filter, TimeBounds) {
     const std::tuple<std::uint64_t, std::uint64_t, bool> cases[] = {
         {t - hour, 0, true}, {t + hour, 0, false}, {0, t + hour, true}, {0, t - hour, false}};
     for (const auto& [start, stop, passes] : cases) {
-        cmd_params params;
-        params.start_filter = {start != 0, start, 0};
-        params.stop_filter = {stop != 0, stop, 0};
+        filter_settings filter;
+        filter.start = {start != 0, start, 0};
+        filter.stop = {stop != 0, stop, 0};
         file_info facts;  // filled for the caller
-        EXPECT_EQ(match_filter(params, path, {}, &facts), passes) << start << " " << stop;
+        EXPECT_EQ(match_filter(filter, path, &facts), passes) << start << " " << stop;
         EXPECT_EQ(facts.write_time, t) << start << " " << stop;
-        EXPECT_TRUE(match_filter(params, path, {}, nullptr)) << "without the facts, no time test";
-        EXPECT_FALSE(match_filter(params, u"a.example", {}, &none)) << "a host name has no file";
+        EXPECT_TRUE(match_filter(filter, path, nullptr)) << "without the facts, no time test";
+        EXPECT_FALSE(match_filter(filter, u"a.example", &none)) << "a host name has no file";
     }
 }
 

@@ -37,8 +37,11 @@ TEST(NameDecoder, NamesAndFaults) {
     for (const auto& [what, body, offset, count, text] : rows) {
         const bytes m = join({bytes(12, 0), body});  // a zeroed header first
         std::string out = "stale";
-        const std::uint32_t used = read_name(m, offset, out);
+        wire_reader wire(m);
+        wire.seek(offset);
+        const std::uint32_t used = read_name(wire, out);
         EXPECT_EQ(used, count) << what;
+        EXPECT_EQ(wire.pos(), offset + count) << what << ": the cursor stays put on a fault";
         if (count != 0) { EXPECT_EQ(out, text) << what; }  // after a fault the text is not to be used
     }
 }

@@ -23,9 +23,12 @@ TEST(QueryBuilder, EncodeName) {
         {"...", 0, {}},
     };
     for (const auto& [text, size, head] : rows) {
-        byte_list out{0xaa};
+        byte_list out{0xaa};  // the name goes behind what the message holds
         EXPECT_EQ(encode_name(text, out), size != 0) << text;
-        EXPECT_TRUE(out.size() == size && std::equal(head.begin(), head.end(), out.begin())) << text;
+        if (size == 0) continue;
+        ASSERT_EQ(out.size(), 1 + size) << text;
+        EXPECT_EQ(out[0], 0xaa) << text;
+        EXPECT_TRUE(std::equal(head.begin(), head.end(), out.begin() + 1)) << text;
     }
 }
 
@@ -46,11 +49,15 @@ TEST(QueryBuilder, TypesReverseNamesIdsAndFailures) {
         e.ttl_secs = 7;
         ASSERT_EQ(build_query(e, text, type), !name.empty()) << type << " " << text;
         if (name.empty()) {
-            EXPECT_EQ(e.packet.size() + e.ttl_secs + e.packet_id + e.query.size(), 0u);
+            EXPECT_EQ(e.packet.size(), 0u) << text;
+            EXPECT_EQ(e.ttl_secs, 0u) << text << ": the entry is reset";
+            EXPECT_EQ(e.packet_id, 0u) << text;
+            EXPECT_EQ(e.query, "") << text;
             continue;
         }
         EXPECT_EQ(byte_list(e.packet.data() + 12, e.packet.data() + e.packet.size() - 4), name) << text;
-        EXPECT_TRUE(e.packet.data()[e.packet.size() - 3] == type && e.query == text) << text;  // not the reversed name
+        EXPECT_EQ(e.packet.data()[e.packet.size() - 3], type) << text;
+        EXPECT_EQ(e.query, text) << "not the reversed name";
     }
     std::set<int> seen;
     for (int i = 0; i < 400; ++i) {

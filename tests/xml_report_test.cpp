@@ -10,7 +10,7 @@ namespace {
 std::string xml_of(const dns_entry& entry, std::string_view status = "success") {
     test_support::string_output out;
     row_workspace work;
-    write_xml_entry(entry, out, input_params{}, status, work);
+    write_xml_entry(entry, out, 0, status, work);
     return out.text();
 }
 

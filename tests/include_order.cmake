@@ -1,0 +1,40 @@
+# Includes go down only: each folder may include the folders listed for it,
+# read bottom to top. transport and report stand side by side and don't see
+# each other. The wire cursor and the name decoder stay inside dns: the other
+# folders get decoded values.
+# Run: cmake -DSOURCE_DIR=<checkout> -P include_order.cmake
+cmake_minimum_required(VERSION 3.20)
+set(allowed_platform "")
+set(allowed_timefmt platform)
+set(allowed_dns platform timefmt)
+set(allowed_input platform timefmt dns)
+set(allowed_transport platform timefmt dns input)
+set(allowed_report platform timefmt dns input)
+set(allowed_driver platform timefmt dns input transport report)
+set(dns_only dns/wire_reader.h dns/name_decoder.h)
+
+set(faults "")
+foreach(folder platform timefmt dns input transport report driver)
+  file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/${folder}/*.h ${SOURCE_DIR}/${folder}/*.cpp)
+  foreach(source ${sources})
+    file(STRINGS ${SOURCE_DIR}/${source} includes REGEX "^[ \t]*#[ \t]*include[ \t]+\"[^\"]+\"")
+    foreach(line ${includes})
+      string(REGEX REPLACE "^[^\"]*\"([^\"]+)\".*$" "\\1" target "${line}")
+      string(REGEX MATCH "^[a-z_]+" target_folder "${target}")
+      if(NOT target MATCHES "/" OR target_folder STREQUAL folder)
+        continue()
+      endif()
+      if(NOT target_folder IN_LIST allowed_${folder})
+        list(JOIN allowed_${folder} " " may)
+        list(APPEND faults "${source}: ${target} (${folder} may include: ${may})")
+      elseif(target IN_LIST dns_only)
+        list(APPEND faults "${source}: ${target} (the cursor stays in dns)")
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+
+if(faults)
+  list(JOIN faults "\n  " text)
+  message(FATAL_ERROR "Includes against the folder order:\n  ${text}")
+endif()
