@@ -47,14 +47,15 @@ python3 -c 'import sys, zipfile; zipfile.ZipFile(sys.argv[1]).extractall(sys.arg
   "$out/vexa-${version}-win64.zip" "$work/win64"
 chmod 755 "$work/win64/vexa.exe"
 
+# The harness starts the launcher by its path, as execv does.
 e2e=("$root/build/tests/vexa_tests" --gtest_filter='E2e*' --gtest_brief=1)
 echo "test-release: end-to-end tests against usr/bin/vexa of the amd64 package" >&2
 VEXA_TEST_PROGRAM=$work/amd64/usr/bin/vexa scripts/in-private-net.sh "${e2e[@]}"
 echo "test-release: end-to-end tests against usr/bin/vexa of the arm64 package, under qemu-user" >&2
-VEXA_TEST_PROGRAM=$work/arm64/usr/bin/vexa VEXA_TEST_LAUNCHER="qemu-aarch64 -L /usr/aarch64-linux-gnu" \
+VEXA_TEST_PROGRAM=$work/arm64/usr/bin/vexa VEXA_TEST_LAUNCHER="$(command -v qemu-aarch64) -L /usr/aarch64-linux-gnu" \
   scripts/in-private-net.sh "${e2e[@]}"
 echo "test-release: end-to-end tests against vexa.exe of the zip, under Wine" >&2
-VEXA_TEST_PROGRAM=$work/win64/vexa.exe VEXA_TEST_LAUNCHER=wine \
+VEXA_TEST_PROGRAM=$work/win64/vexa.exe VEXA_TEST_LAUNCHER=$(command -v wine) \
   VEXA_TEST_HELPER=$root/build-windows/tests/vexa_test_helper.exe scripts/under-wine.sh "${e2e[@]}"
 
 if [ "$(id -u)" -ne 0 ]; then

@@ -76,7 +76,8 @@ const target_program& target() {
     return program;
 }
 
-// The launcher may bring its own options (qemu-aarch64 -L /usr/aarch64-linux-gnu): words split at blanks.
+// The launcher, a path, may bring its own options (/usr/bin/qemu-aarch64 -L /usr/aarch64-linux-gnu):
+// words split at blanks.
 std::vector<std::string> command_for(const std::vector<std::string>& args, const std::string& program) {
     std::vector<std::string> words;
     const std::string& launcher = target().launcher;
