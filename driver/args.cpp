@@ -35,12 +35,6 @@ bool peek_value(std::string_view name, std::string& value, const arg_list& args)
     return true;
 }
 
-bool remove_arg(std::size_t index, arg_list& args) {
-    if (index >= args.size()) return false;
-    args.erase(args.begin() + static_cast<std::ptrdiff_t>(index));
-    return true;
-}
-
 void join_args(std::string& text, const arg_list& args, char quote) {
     text.clear();
     for (std::size_t i = 0; i < args.size(); ++i) {

@@ -18,6 +18,5 @@ bool find_value(std::string_view name, std::string& value, arg_list& args);
 // As find_flag and find_value, from the second entry, removing nothing.
 bool has_flag(std::string_view name, const arg_list& args);
 bool peek_value(std::string_view name, std::string& value, const arg_list& args);
-bool remove_arg(std::size_t index, arg_list& args);
 // All entries joined by one blank; an entry holding a blank is wrapped in quote.
 void join_args(std::string& text, const arg_list& args, char quote);

@@ -10,7 +10,6 @@ void run_attempts(uni::output_stream& out, report_writer& report, dns_result& re
     const auto tries = static_cast<std::int32_t>(params.retries + 1u);
     bool good = false;
     for (std::int32_t count = 0; count < tries && !good; ++count) {
-        clear_result(result);
         good = exchange_query(result, query_entry, params.server, params.timeout_secs);
         report.report_result(out, result, query_entry);
         // Also when this try wrote no row: one header per run at most.

@@ -23,57 +23,39 @@ void parse_head(cmd_params& params, const arg_list& args) {
 }
 
 // ------------------------------------------------------------ output forms --
-enum class output_form { csv, csvgen, csvl2t, bodyfile, xml, multiline };
+// Each form sets its flag and its separator (multiline: none). -csvgen's
+// flag is not cleared by a later form.
+struct output_form {
+    std::string_view name;
+    bool cmd_params::*flag;
+    std::string_view separator;
+};
 
-void apply_output_form(cmd_params& params, output_form form) {
+constexpr output_form output_forms[] = {
+    {"-csv", &cmd_params::csv_output, ","},       {"-csvgen", &cmd_params::csvgen_output, ","},
+    {"-csvl2t", &cmd_params::csvl2t_output, ","}, {"-bodyfile", &cmd_params::bodyfile_output, "|"},
+    {"-xml", &cmd_params::xml_output, ""},        {"-multiline", &cmd_params::multiline_output, ""},
+};
+
+void apply_output_form(cmd_params& params, const output_form& form) {
     params.xml_output = params.csv_output = params.csvl2t_output = false;
     params.bodyfile_output = params.multiline_output = false;
-    switch (form) {
-    case output_form::csv:
-        params.csv_output = true;
-        set_csv_separator(params, ",");
-        params.compact_columns = !params.pair_datetime;
-        break;
-    case output_form::csvgen:
-        params.csvgen_output = true;
-        set_csv_separator(params, ",");
-        params.compact_columns = true;
-        break;
-    case output_form::csvl2t:
-        params.csvl2t_output = true;
-        set_csv_separator(params, ",");
-        break;
-    case output_form::bodyfile:
-        params.bodyfile_output = true;
-        set_csv_separator(params, "|");
-        break;
-    case output_form::xml:
-        params.xml_output = true;
-        set_csv_separator(params, "");
-        break;
-    case output_form::multiline:
-        params.multiline_output = true;
-        params.separator.clear();
-        params.clash_char = 0;
-        params.clash_subst = 0;
-        break;
-    }
+    params.*form.flag = true;
+    set_csv_separator(params, form.separator);
+    // -csv packs its columns unless date and time stand as a pair; -csvgen always.
+    if (form.flag == &cmd_params::csv_output) params.compact_columns = !params.pair_datetime;
+    if (form.flag == &cmd_params::csvgen_output) params.compact_columns = true;
 }
 
 void parse_output_forms(cmd_params& params, arg_list& args) {
-    static constexpr std::pair<std::string_view, output_form> forms[] = {
-        {"-csv", output_form::csv},       {"-csvgen", output_form::csvgen},
-        {"-csvl2t", output_form::csvl2t}, {"-bodyfile", output_form::bodyfile},
-        {"-xml", output_form::xml},       {"-multiline", output_form::multiline},
-    };
-    for (const auto& [name, form] : forms)
-        if (find_flag(name, args)) apply_output_form(params, form);
+    for (const output_form& form : output_forms)
+        if (find_flag(form.name, args)) apply_output_form(params, form);
 }
 
 // ----------------------------------------------------------- diagnostics --
 void parse_diags(cmd_params& params, arg_list& args) {
     if (!find_value("-diags", params.diag_file, args)) return;
-    params.diag_stream = os::file_open(params.diag_file, os::open_mode::write_truncate);
+    params.diag_stream = os::file_open(params.diag_file, os::open_mode::write_truncate).file;
     if (params.diag_stream == os::invalid_file) {
         params.diag_file.clear();
         return;
@@ -162,7 +144,7 @@ bool parse_results_file(cmd_params& params, arg_list& args) {
     bool append = has_flag("-append", args);
     params.append_output = append;
     os::file_facts before;
-    bool existed = os::file_stat(params.output_file, before);
+    bool existed = os::file_stat(params.output_file, os::stat_text::path, before);
     uni::fileio probe;
     if (!probe.open_results(params.output_file, !append) && append)
         probe.open_results(params.output_file, true);

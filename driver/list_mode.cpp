@@ -43,7 +43,6 @@ void run_list(uni::output_stream& out, report_writer& report, dns_result& result
     while (input.read_line(line, true)) {
         if (line.empty() || !passes_filter(params.filter, line)) continue;
         // A line that can't be encoded leaves no trace, and no wait.
-        query = dns_entry{};
         if (!build_query(query, line, params.query_type)) continue;
         run_attempts(out, report, result, query, params);
         if (params.delay_secs != 0) os::sleep_ms(params.delay_secs * 1000u);

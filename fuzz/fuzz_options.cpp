@@ -12,6 +12,7 @@
 #include "driver/input_params.h"
 #include "driver/tool_options.h"
 #include "fuzz/fuzz_input.h"
+#include "fuzz/null_output.h"
 #include "platform/text.h"
 #include "report/output_stream.h"
 #include "report/result_dispatch.h"
@@ -46,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     query.dns_server = params.server;
     query.query_time = 133100000000000000ULL;  // the dates render with the formats given
     dns_result result;
-    uni::null_out_stream out;
+    null_output out;
     const report_settings settings = make_report_settings(params);
     report_writer(settings).report_result(out, result, query);
     return 0;

@@ -74,7 +74,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     read_option_values(path);
 
     std::string text(path);
-    replace_first(text, fuzz_input::piece(list, 2), fuzz_input::piece(list, 3));
     if (!cwd.empty()) {
         replace_char(text, cwd.front(), '\\');
         remove_char(text, cwd.front());

@@ -13,6 +13,7 @@
 #include "driver/args.h"
 #include "driver/input_params.h"
 #include "driver/tool_options.h"
+#include "fuzz/null_output.h"
 #include "report/hex_dump.h"
 #include "report/output_stream.h"
 #include "report/result_dispatch.h"
@@ -87,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
          {&result.question_list, &result.answer_list, &result.authority_list, &result.additions_list})
         check_data_bounds(*list);
 
-    uni::null_out_stream out;
+    null_output out;
     row_workspace work;
     for (const auto* list :
          {&result.question_list, &result.answer_list, &result.authority_list, &result.additions_list})

@@ -33,9 +33,7 @@ fileio::~fileio() { close(); }
 void fileio::reset() {
     fd_ = os::invalid_file;
     size_ = 0;
-    writable_ = false;
     opened_ = false;
-    path_.clear();
 }
 
 bool fileio::open_results(std::string_view path, bool truncate) {
@@ -55,14 +53,14 @@ bool fileio::open_with(std::string_view path, bool writable, os::open_mode mode)
         reset();
     }
     opened_ = false;
-    writable_ = writable;
-    path_ = std::move(stripped);
     // A read-only results file is overwritten, not refused.
-    if (writable) os::file_make_writable(path_);
-    fd_ = os::file_open(path_, mode);
+    if (writable) os::file_make_writable(stripped);
+    const os::opened_file opened = os::file_open(stripped, mode);
+    fd_ = opened.file;
     // A path too long for the plain form, or one the system can't follow
-    // that way, gets one more try in the long form; the stored path stays.
-    if (fd_ == os::invalid_file && os::long_form_may_help()) fd_ = os::file_open(long_form(path_), mode);
+    // that way, gets one more try in the long form.
+    if (fd_ == os::invalid_file && opened.long_form_may_help)
+        fd_ = os::file_open(long_form(stripped), mode).file;
     if (fd_ == os::invalid_file) return false;
     opened_ = true;
     size_ = size();
@@ -123,22 +121,13 @@ bool fileio::append_text(std::string_view text) {
 
 }  // namespace uni
 
-bool read_all(std::string& out, std::string_view path) {
-    uni::fileio file(path);
-    if (!file.is_open()) return false;
-    // Only the low 32 bits of the size count.
-    const auto count = static_cast<std::uint32_t>(file.known_size());
-    return count != 0 && file.read_at(out, count, 0);
-}
-
 bool get_file_info(file_info& info, std::u16string_view path) {
     info = file_info{};
     if (path.empty()) return false;
     os::file_facts facts;
-    if (!os::file_times(path, facts)) return false;
+    if (!os::file_stat(to_utf8(path), os::stat_text::list_line, facts)) return false;
     info.write_time = facts.write_time;
     info.create_time = facts.create_time;
     return true;
 }
 
-bool get_file_info(file_info& info, std::string_view path) { return get_file_info(info, to_wide(path)); }

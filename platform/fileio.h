@@ -1,6 +1,6 @@
 #pragma once
-// The file object: one path and one open descriptor. Every write goes to the
-// end of the file; the bytes given here reach the disk unchanged.
+// The file object: one open descriptor. Every write goes to the end of the
+// file; the bytes given here reach the disk unchanged.
 
 #include <cstddef>
 #include <cstdint>
@@ -27,15 +27,13 @@ public:
     // For reading only, or for writing as open_results.
     bool open_file(std::string_view path, bool writable, bool truncate);
     bool is_open() const { return fd_ != os::invalid_file && opened_; }
-    // Closes the descriptor. The path and the known size stay until the next open.
+    // Closes the descriptor. The known size stays until the next open.
     void close();
 
     // The size found by seeking to the end (and back); 0 when closed.
     std::int64_t size();
     // The size as of the open or the last write.
     std::int64_t known_size() const { return size_; }
-    const std::string& path() const { return path_; }
-    bool writable() const { return writable_; }
 
     // Up to count bytes from offset into out (fewer at the end of the file).
     // False if closed, if offset is not below the known size, or the seek fails.
@@ -51,9 +49,7 @@ private:
 
     os::file_handle fd_ = os::invalid_file;
     std::int64_t size_ = 0;
-    bool writable_ = false;
     bool opened_ = false;
-    std::string path_;
 };
 
 }  // namespace uni
@@ -65,10 +61,6 @@ struct file_info {
     std::uint64_t create_time = 0;
 };
 
-// The whole of a small file; false if it can't be opened or is empty.
-bool read_all(std::string& out, std::string_view path);
-
 // Time stamps of a file or directory. Which texts are looked up is the
 // system's rule: a bare host name gives false without touching the disk.
 bool get_file_info(file_info& info, std::u16string_view path);
-bool get_file_info(file_info& info, std::string_view path);

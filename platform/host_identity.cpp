@@ -16,13 +16,6 @@ void append_replaced(std::string& out, std::string_view field, std::string_view 
     }
     out += field;
 }
-
-// Of "10.0.22621" only "10.0.2": the last number cut behind its first digit.
-std::string_view cut_build(std::string_view build) {
-    std::size_t dot = build.rfind('.');
-    if (dot == std::string_view::npos || dot + 1 >= build.size()) return build;
-    return build.substr(0, dot + 2);
-}
 }  // namespace
 
 std::string get_host_name() {
@@ -42,12 +35,15 @@ void get_system_identity(system_identity& identity) {
 
 void write_system_fields(const system_identity& identity, std::string& out, std::string_view separator,
                          std::string_view replacement) {
-    append_replaced(out, identity.os_name, separator, replacement);
+    const std::string major_minor = std::to_string(identity.major) + "." + std::to_string(identity.minor);
+    std::string build = std::to_string(identity.build);
+    // The core library's build is cut behind its first digit: 10.0.22621 reads "10.0.2".
+    if (identity.version_from_file) build.resize(1);
+    append_replaced(out, identity.os_name.empty() ? "<unk>" : identity.os_name, separator, replacement);
     out += separator;
-    append_replaced(out, identity.os_version, separator, replacement);
+    append_replaced(out, major_minor + ".-", separator, replacement);
     out += separator;
-    std::string_view build = identity.os_build;
-    append_replaced(out, identity.version_from_file ? cut_build(build) : build, separator, replacement);
+    append_replaced(out, major_minor + "." + build, separator, replacement);
     out += separator;
     out += identity.is_64bit ? "64" : "32";
 }

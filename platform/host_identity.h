@@ -12,8 +12,9 @@ std::string get_host_name();
 std::string get_module_path();
 // The system's facts: filled by the platform (platform/os.h).
 void get_system_identity(system_identity& identity);
-// os_name, os_version, os_build, word size, joined by separator; each field
-// has separator replaced by replacement first.
+// The system's name ("<unk>" if it can't tell), "major.minor.-",
+// "major.minor.build" and the word size, joined by separator; each field has
+// separator replaced by replacement first.
 void write_system_fields(const system_identity& identity, std::string& out, std::string_view separator,
                          std::string_view replacement);
 bool is_remote_program();

@@ -76,16 +76,21 @@ void start_stage_end();
 using file_handle = int;
 inline constexpr file_handle invalid_file = -1;
 
-// write_existing: for reading and writing, and only a file that is there
-// already; the other writing modes create a missing file.
-enum class open_mode { read, write_truncate, write_keep, write_existing };
+// write_truncate creates a missing file and empties one that is there;
+// write_existing is for reading and writing, and only a file that is there
+// already.
+enum class open_mode { read, write_truncate, write_existing };
+struct opened_file {
+    file_handle file = invalid_file;
+    // On failure: whether the long-path form ("\\?\" in front of the full
+    // path) may succeed where the path failed (name too long, path not
+    // found). Never on a system without that form.
+    bool long_form_may_help = false;
+};
 // Opens (creating where the mode writes) a file, untranslated: the report
-// stream makes its own CR LF. invalid_file on failure.
-file_handle file_open(const std::string& path, open_mode mode);
-// After a failed file_open: whether the long-path form ("\\?\" in front of
-// the full path) may succeed where the path failed (name too long, path not
-// found). Never on a system without that form.
-bool long_form_may_help();
+// stream makes its own CR LF. The file is invalid_file on failure, and the
+// reason travels with it, so a retry depends on nothing but this result.
+opened_file file_open(const std::string& path, open_mode mode);
 // Bytes written or read, -1 on failure.
 std::int64_t file_write(file_handle file, const void* bytes, std::size_t count);
 std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity);
@@ -109,12 +114,15 @@ struct file_facts {
     std::uint64_t create_time = 0;  // 100 ns ticks since 1601-01-01 UTC
     std::uint64_t write_time = 0;   // 100 ns ticks since 1601-01-01 UTC
 };
-// Facts of an existing file or directory; false if it can't be looked at.
-bool file_stat(const std::string& path, file_facts& facts);
-// The two time stamps of a path text that names a file or directory by the
-// system's own rules (which text counts as a path is the system's matter);
-// false if it names none or can't be looked at.
-bool file_times(std::u16string_view path, file_facts& facts);
+// What file_stat is handed.
+enum class stat_text {
+    path,       // a path of the tool's own, looked up as it stands
+    list_line,  // a line of a list, often a host name: looked up only where the
+                // system's own rules make it a path, and then as those rules say
+};
+// Facts of an existing file or directory, in one lookup; false if the text
+// names none or it can't be looked at.
+bool file_stat(const std::string& path, stat_text text, file_facts& facts);
 
 struct dir_item {
     std::u16string name;
@@ -139,7 +147,8 @@ std::string current_directory();
 bool computer_name(std::string& name);
 // Full path of the running program; false on failure.
 bool program_path(std::string& path);
-// The system's name, version and word size, in the forms of the run record.
+// The system's name, version numbers and word size, as the system tells them;
+// the run record's text of them is made above the seam.
 void get_system_identity(system_identity& identity);
 // Where the program file lies: on a network file system, or on removable media.
 bool is_remote_path(const std::string& path);

@@ -187,13 +187,6 @@ void replace_char(std::string& text, char from, char to) {
         if (c == from) c = to;
 }
 
-bool replace_first(std::string& text, std::string_view old_text, std::string_view new_text) {
-    const std::size_t at = text.find(old_text);
-    if (at == npos) return false;
-    text.replace(at, old_text.size(), new_text);
-    return true;
-}
-
 std::size_t remove_char(std::string& text, char c) {
     const std::size_t before = text.size();
     std::erase(text, c);

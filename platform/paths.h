@@ -34,7 +34,5 @@ std::string full_path(std::string_view path, std::string_view cwd);
 bool strip_separators(std::string& text);
 
 void replace_char(std::string& text, char from, char to);
-// Replaces the first occurrence of old_text; true if there was one.
-bool replace_first(std::string& text, std::string_view old_text, std::string_view new_text);
 // Removes every c; the number removed.
 std::size_t remove_char(std::string& text, char c);

@@ -103,14 +103,4 @@ protected:
     bool write_bytes(const char* bytes, std::size_t count) override;
 };
 
-// Accepts everything and drops it.
-class null_out_stream final : public output_stream {
-public:
-    null_out_stream() : output_stream(256) {}
-
-protected:
-    void sync() override {}
-    bool write_bytes(const char*, std::size_t) override { return true; }
-};
-
 }  // namespace uni

@@ -121,6 +121,24 @@ bool time_format_acceptable(std::string_view text) {
     return length_ok && text.find(':') != npos;
 }
 
+namespace {
+
+// Where the longer token stands, else the shorter one, with the bit that
+// tells which put into word; npos when neither is there.
+std::size_t find_token(std::string_view format, std::string_view longer, std::uint32_t longer_bit,
+                       std::string_view shorter, std::uint32_t shorter_bit, std::uint32_t& word) {
+    std::size_t at = format.find(longer);
+    if (at != npos) {
+        word |= longer_bit;
+        return at;
+    }
+    at = format.find(shorter);
+    if (at != npos) word |= shorter_bit;
+    return at;
+}
+
+}  // namespace
+
 bool compile_formats(std::uint32_t& word, std::string_view date_format, std::string_view time_format,
                      bool pair_datetime) {
     word = pair_datetime ? fmt_bits::pair_datetime : 0;
@@ -134,22 +152,11 @@ bool compile_formats(std::uint32_t& word, std::string_view date_format, std::str
     }
 
     // Tokens are looked for, not parsed: the first occurrence of each counts.
-    std::size_t month_at = date_format.find("mmm");
-    if (month_at != npos) {
-        word |= fmt_bits::month_name;
-    } else {
-        month_at = date_format.find("mm");
-        if (month_at == npos) return false;
-        word |= fmt_bits::month_digits;
-    }
-    std::size_t year_at = date_format.find("yyyy");
-    if (year_at != npos) {
-        word |= fmt_bits::year4;
-    } else {
-        year_at = date_format.find("yy");
-        if (year_at == npos) return false;
-        word |= fmt_bits::year2;
-    }
+    const std::size_t month_at =
+        find_token(date_format, "mmm", fmt_bits::month_name, "mm", fmt_bits::month_digits, word);
+    if (month_at == npos) return false;
+    const std::size_t year_at = find_token(date_format, "yyyy", fmt_bits::year4, "yy", fmt_bits::year2, word);
+    if (year_at == npos) return false;
     const std::size_t day_at = date_format.find("dd");
     if (day_at == npos) return false;
 

@@ -30,22 +30,19 @@ std::string native_path(const std::string& path) {
     return native;
 }
 
-file_handle file_open(const std::string& path, open_mode mode) {
+opened_file file_open(const std::string& path, open_mode mode) {
     int flags = O_CLOEXEC;
     switch (mode) {
     case open_mode::read: flags |= O_RDONLY; break;
     case open_mode::write_truncate: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
-    case open_mode::write_keep: flags |= O_WRONLY | O_CREAT; break;
     case open_mode::write_existing: flags |= O_RDWR; break;
     }
     std::string native = native_path(path);
-    if (native.empty()) return invalid_file;
+    if (native.empty()) return {};
     int fd;
     do { fd = ::open(native.c_str(), flags, 0666); } while (fd < 0 && errno == EINTR);
-    return fd < 0 ? invalid_file : fd;
+    return {fd < 0 ? invalid_file : fd};
 }
-
-bool long_form_may_help() { return false; }
 
 std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) {
     const char* p = static_cast<const char*>(bytes);
@@ -99,7 +96,10 @@ void file_make_writable(const std::string& path) {
         ::chmod(native.c_str(), (facts.st_mode & 07777) | S_IWUSR);
 }
 
-bool file_stat(const std::string& path, file_facts& facts) {
+// Only a list line with a "/" or "\" is a path here: a host name or a bare
+// word never reaches the disk.
+bool file_stat(const std::string& path, stat_text text, file_facts& facts) {
+    if (text == stat_text::list_line && path.find_first_of("/\\") == std::string::npos) return false;
     std::string native = native_path(path);
     struct statx ext {};
     if (::statx(AT_FDCWD, native.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &ext) != 0) return false;
@@ -110,14 +110,6 @@ bool file_stat(const std::string& path, file_facts& facts) {
     facts.create_time = (ext.stx_mask & STATX_BTIME) ? to_ticks(ext.stx_btime.tv_sec, ext.stx_btime.tv_nsec)
                                                      : to_ticks(ext.stx_ctime.tv_sec, ext.stx_ctime.tv_nsec);
     return true;
-}
-
-// Only a text with a "/" or "\" is a path here: a host name or a bare word
-// never reaches the disk.
-bool file_times(std::u16string_view path, file_facts& facts) {
-    if (path.find_first_of(u"/\\") == std::u16string_view::npos) return false;
-    const std::string text = to_utf8(path);
-    return !text.empty() && file_stat(text, facts);
 }
 
 // The search of path + "*.*" as a listing of the directory part, its names

@@ -37,18 +37,16 @@ std::uint32_t next_number(std::string_view text, std::size_t& pos) {
 }
 }  // namespace
 
-// The kernel's name and release: "major.minor.-" and "major.minor.patch".
+// The kernel's name and the three numbers of its release.
 void get_system_identity(system_identity& identity) {
     utsname names{};
     const bool known = ::uname(&names) == 0;
     std::size_t pos = 0;
     const char* release = known ? names.release : "";
-    const std::string major = std::to_string(next_number(release, pos));
-    const std::string minor = std::to_string(next_number(release, pos));
-    const std::string patch = std::to_string(next_number(release, pos));
-    identity.os_name = known && names.sysname[0] != '\0' ? names.sysname : "<unk>";
-    identity.os_version = major + "." + minor + ".-";
-    identity.os_build = major + "." + minor + "." + patch;
+    identity.major = next_number(release, pos);
+    identity.minor = next_number(release, pos);
+    identity.build = next_number(release, pos);
+    identity.os_name = known ? names.sysname : "";
     identity.version_from_file = false;
     identity.is_64bit = sizeof(void*) == 8;
 }

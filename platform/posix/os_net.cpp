@@ -5,12 +5,13 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
-#include <climits>
 #include <cstring>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "platform/clamp.h"
 
 namespace os {
 
@@ -53,10 +54,12 @@ bool wait_readable(socket_handle handle, std::uint32_t timeout_secs) {
     pollfd p{static_cast<int>(handle), POLLIN, 0};
     for (;;) {
         auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - clock::now());
-        long long ms = left.count() < 0 ? 0 : left.count();
-        int rc = ::poll(&p, 1, ms > INT_MAX ? INT_MAX : static_cast<int>(ms));
+        const long long ms = left.count() < 0 ? 0 : left.count();
+        // A wait longer than poll takes is made in pieces.
+        const int piece = clamp_to_int(static_cast<std::uint64_t>(ms));
+        const int rc = ::poll(&p, 1, piece);
         if (rc > 0) return (p.revents & (POLLIN | POLLERR)) != 0;
-        if (rc == 0 && ms <= INT_MAX) return false;
+        if (rc == 0 && piece == ms) return false;
         if (rc < 0 && errno != EINTR) return false;
     }
 }

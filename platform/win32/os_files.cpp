@@ -3,13 +3,13 @@
 // stream has made its CR LF already.
 #include "platform/win32/win32.h"
 
-#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
 #include <sys/stat.h>
 
+#include "platform/clamp.h"
 #include "platform/os.h"
 
 namespace os {
@@ -19,20 +19,35 @@ constexpr std::u16string_view long_prefix = u"\\\\?\\";
 constexpr std::u16string_view device_prefix = u"\\\\.\\";
 constexpr DWORD open_directories_too = 0x2000000;  // FILE_FLAG_BACKUP_SEMANTICS
 
-// Why the last file_open failed, as the system said it.
-DWORD last_open_error = 0;
-
 std::uint64_t ticks_of(const FILETIME& time) {
     return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
 }
 
-unsigned int piece_of(std::size_t count) {
-    return count > INT_MAX ? INT_MAX : static_cast<unsigned int>(count);
+// The facts as both of the system's answers below carry them.
+template <typename Answer>
+void fill_facts(const Answer& answer, file_facts& facts) {
+    facts.is_directory = (answer.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    facts.is_regular = !facts.is_directory && (answer.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) == 0;
+    facts.size = (static_cast<std::uint64_t>(answer.nFileSizeHigh) << 32) | answer.nFileSizeLow;
+    facts.write_time = ticks_of(answer.ftLastWriteTime);
+    facts.create_time = ticks_of(answer.ftCreationTime);
+}
+
+// A list line with a drive or a stream (a colon) is opened in the long form;
+// one without must be in the long or the device form already. Anything else,
+// a host name say, is no file here. Empty if the line is none.
+std::u16string list_line_target(std::u16string_view line) {
+    std::u16string target;
+    if (line.find(u':') != std::u16string_view::npos) {
+        target.assign(long_prefix).append(line);
+    } else if (line.starts_with(long_prefix) || line.starts_with(device_prefix)) {
+        target.assign(line);
+    }
+    return target;
 }
 }  // namespace
 
-file_handle file_open(const std::string& path, open_mode mode) {
-    last_open_error = 0;
+opened_file file_open(const std::string& path, open_mode mode) {
     int flags = _O_BINARY | _O_NOINHERIT;
     int permission = _S_IREAD | _S_IWRITE;
     switch (mode) {
@@ -41,26 +56,22 @@ file_handle file_open(const std::string& path, open_mode mode) {
         permission = _S_IREAD;
         break;
     case open_mode::write_truncate: flags |= _O_RDWR | _O_CREAT | _O_TRUNC; break;
-    case open_mode::write_keep: flags |= _O_RDWR | _O_CREAT; break;
     case open_mode::write_existing: flags |= _O_RDWR; break;
     }
     const std::wstring native = win32::wide(path);
-    if (native.empty()) return invalid_file;
+    if (native.empty()) return {};
     // Shared for reading and writing: other processes may go on using the file.
     const int fd = ::_wsopen(native.c_str(), flags, _SH_DENYNO, permission);
-    if (fd < 0) last_open_error = GetLastError();
-    return fd < 0 ? invalid_file : fd;
-}
-
-bool long_form_may_help() {
-    return last_open_error == ERROR_FILENAME_EXCED_RANGE || last_open_error == ERROR_PATH_NOT_FOUND;
+    if (fd >= 0) return {fd};
+    const DWORD error = GetLastError();
+    return {invalid_file, error == ERROR_FILENAME_EXCED_RANGE || error == ERROR_PATH_NOT_FOUND};
 }
 
 std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) {
     const char* p = static_cast<const char*>(bytes);
     std::size_t left = count;
     while (left > 0) {
-        const int n = ::_write(file, p, piece_of(left));
+        const int n = ::_write(file, p, clamp_to_int(left));
         if (n < 0) return -1;
         p += n;
         left -= static_cast<std::size_t>(n);
@@ -69,7 +80,7 @@ std::int64_t file_write(file_handle file, const void* bytes, std::size_t count) 
 }
 
 std::int64_t file_read(file_handle file, void* buffer, std::size_t capacity) {
-    return ::_read(file, buffer, piece_of(capacity));
+    return ::_read(file, buffer, clamp_to_int(capacity));
 }
 
 bool file_seek_end(file_handle file) { return ::_lseeki64(file, 0, SEEK_END) >= 0; }
@@ -100,31 +111,20 @@ void file_make_writable(const std::string& path) {
     SetFileAttributesW(win32::wide(path).c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-bool file_stat(const std::string& path, file_facts& facts) {
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    const std::wstring native = win32::wide(path);
-    if (native.empty() || !GetFileAttributesExW(native.c_str(), GetFileExInfoStandard, &data)) return false;
-    facts.is_directory = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    facts.is_regular = !facts.is_directory && (data.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) == 0;
-    facts.size = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
-    facts.write_time = ticks_of(data.ftLastWriteTime);
-    facts.create_time = ticks_of(data.ftCreationTime);
-    return true;
-}
-
-// A path with a drive or a stream (a colon) is opened in the long form; one
-// without must be in the long or the device form already. Anything else, a
-// host name say, is no file here.
-bool file_times(std::u16string_view path, file_facts& facts) {
-    if (path.empty()) return false;
-    std::u16string target;
-    if (path.find(u':') != std::u16string_view::npos) {
-        target.assign(long_prefix).append(path);
-    } else if (path.starts_with(long_prefix) || path.starts_with(device_prefix)) {
-        target.assign(path);
-    } else {
-        return false;
+// A path is asked by name. A list line's file is opened for reading and asked
+// through its handle: a line naming a file the tool may not read passes no
+// time bound.
+bool file_stat(const std::string& path, stat_text text, file_facts& facts) {
+    if (text == stat_text::path) {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        const std::wstring native = win32::wide(path);
+        if (native.empty() || !GetFileAttributesExW(native.c_str(), GetFileExInfoStandard, &data))
+            return false;
+        fill_facts(data, facts);
+        return true;
     }
+    const std::u16string target = list_line_target(to_wide(path));
+    if (target.empty()) return false;
     const HANDLE file =
         CreateFileW(win32::wide(target).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                     OPEN_EXISTING, open_directories_too, nullptr);
@@ -132,13 +132,8 @@ bool file_times(std::u16string_view path, file_facts& facts) {
     BY_HANDLE_FILE_INFORMATION info{};
     const bool known = GetFileInformationByHandle(file, &info) != FALSE;
     CloseHandle(file);
-    if (!known) return false;
-    facts.is_directory = (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    facts.is_regular = !facts.is_directory;
-    facts.size = (static_cast<std::uint64_t>(info.nFileSizeHigh) << 32) | info.nFileSizeLow;
-    facts.write_time = ticks_of(info.ftLastWriteTime);
-    facts.create_time = ticks_of(info.ftCreationTime);
-    return true;
+    if (known) fill_facts(info, facts);
+    return known;
 }
 
 bool find_entries(std::u16string_view path, std::vector<dir_item>& items) {

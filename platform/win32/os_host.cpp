@@ -59,14 +59,11 @@ void get_system_identity(system_identity& identity) {
     SYSTEM_INFO machine{};
     GetNativeSystemInfo(&machine);
     identity.is_64bit = machine.dwProcessorType == 2200 || machine.dwProcessorType == 8664;
-    std::uint32_t major = 0, minor = 0, build = 0;
     if (version_at_least(VER_MAJORVERSION, 6) && version_at_least(VER_MINORVERSION, 2)) {
         identity.version_from_file = true;
-        core_library_version(major, minor, build);
+        core_library_version(identity.major, identity.minor, identity.build);
     }
     identity.os_name = "Windows";
-    identity.os_version = std::to_string(major) + "." + std::to_string(minor) + ".-";
-    identity.os_build = std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(build);
 }
 
 namespace {

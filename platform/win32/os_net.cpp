@@ -1,16 +1,13 @@
 // Winsock 2.2 behind the seam: started and released around each attempt.
 #include "platform/win32/win32.h"
 
-#include <climits>
-
+#include "platform/clamp.h"
 #include "platform/os.h"
 
 namespace os {
 
 namespace {
 SOCKET as_socket(socket_handle handle) { return static_cast<SOCKET>(handle); }
-
-int as_length(std::size_t length) { return length > INT_MAX ? INT_MAX : static_cast<int>(length); }
 }  // namespace
 
 void net_startup() {
@@ -42,8 +39,8 @@ std::int64_t send_datagram(socket_handle handle, const std::uint8_t* bytes, std:
     to.sin_family = AF_INET;
     to.sin_port = ::htons(port);
     to.sin_addr.s_addr = address;
-    const int sent = ::sendto(as_socket(handle), reinterpret_cast<const char*>(bytes), as_length(length), 0,
-                              reinterpret_cast<const sockaddr*>(&to), sizeof to);
+    const int sent = ::sendto(as_socket(handle), reinterpret_cast<const char*>(bytes), clamp_to_int(length),
+                              0, reinterpret_cast<const sockaddr*>(&to), sizeof to);
     return sent == SOCKET_ERROR ? -1 : sent;
 }
 
@@ -52,7 +49,7 @@ bool wait_readable(socket_handle handle, std::uint32_t timeout_secs) {
     fd_set readable;
     FD_ZERO(&readable);
     FD_SET(as_socket(handle), &readable);
-    timeval wait{timeout_secs > LONG_MAX ? LONG_MAX : static_cast<long>(timeout_secs), 0};
+    timeval wait{clamp_to_int(timeout_secs), 0};
     // A failed select leaves the set as it was: that is no reply.
     if (::select(static_cast<int>(handle) + 1, &readable, nullptr, nullptr, &wait) == SOCKET_ERROR)
         return false;
@@ -62,7 +59,7 @@ bool wait_readable(socket_handle handle, std::uint32_t timeout_secs) {
 std::int64_t receive_datagram(socket_handle handle, std::uint8_t* buffer, std::size_t capacity) {
     sockaddr_in from{};
     int from_length = sizeof from;
-    const int got = ::recvfrom(as_socket(handle), reinterpret_cast<char*>(buffer), as_length(capacity), 0,
+    const int got = ::recvfrom(as_socket(handle), reinterpret_cast<char*>(buffer), clamp_to_int(capacity), 0,
                                reinterpret_cast<sockaddr*>(&from), &from_length);
     return got == SOCKET_ERROR ? -1 : got;
 }

@@ -1,10 +1,10 @@
 // Standard streams, console code pages and the start stage's redirection.
 // The report stream makes its own CR LF, so the standard output goes out
 // untranslated (binary); the standard error keeps the text mode of the
-// platform, in which every LF leaves as CR LF.
+// platform, in which every LF leaves as CR LF. The streams are descriptors 0
+// to 2 of the C runtime, so the file calls serve them.
 #include "platform/win32/win32.h"
 
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -15,17 +15,6 @@
 namespace os {
 
 namespace {
-bool write_all(int fd, const char* bytes, std::size_t count) {
-    while (count > 0) {
-        const unsigned int piece = count > INT_MAX ? INT_MAX : static_cast<unsigned int>(count);
-        const int n = ::_write(fd, bytes, piece);
-        if (n < 0) return false;
-        bytes += n;
-        count -= static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
 UINT saved_output_page = 0;
 UINT saved_input_page = 0;
 bool console_begun = false;
@@ -62,13 +51,10 @@ PVOID redirection_state = nullptr;
 bool redirection_off = false;
 }  // namespace
 
-bool write_stdout(const char* bytes, std::size_t count) { return write_all(1, bytes, count); }
-bool write_stderr(const char* bytes, std::size_t count) { return write_all(2, bytes, count); }
+bool write_stdout(const char* bytes, std::size_t count) { return file_write(1, bytes, count) >= 0; }
+bool write_stderr(const char* bytes, std::size_t count) { return file_write(2, bytes, count) >= 0; }
 
-std::int64_t read_stdin(char* buffer, std::size_t capacity) {
-    const unsigned int piece = capacity > INT_MAX ? INT_MAX : static_cast<unsigned int>(capacity);
-    return ::_read(0, buffer, piece);
-}
+std::int64_t read_stdin(char* buffer, std::size_t capacity) { return file_read(0, buffer, capacity); }
 
 // Without it CR LF would reach the list as LF and a ^Z would end it.
 bool stdin_binary_mode() { return ::_setmode(::_fileno(stdin), _O_BINARY) != -1; }
