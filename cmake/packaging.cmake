@@ -15,15 +15,14 @@ else()
   install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()
 
-# The version lives in project(); the tool's banner and the manual page
-# repeat it, and a release must not say two things about itself.
-file(STRINGS ${PROJECT_SOURCE_DIR}/driver/run_record.h banner_version REGEX "tool_version = \"")
-string(REGEX REPLACE ".*tool_version = \"([^\"]*)\".*" "\\1" banner_version "${banner_version}")
+# The version lives in project(): the tool's banner takes it from there
+# (VEXA_VERSION); the manual page repeats it, and a release must not say two
+# things about itself.
 file(STRINGS ${PROJECT_SOURCE_DIR}/dist/vexa.1 page_version REGEX "^\\.TH ")
 string(REGEX REPLACE ".*\"vexa ([^\"]*)\".*" "\\1" page_version "${page_version}")
-if(NOT banner_version STREQUAL PROJECT_VERSION OR NOT page_version STREQUAL PROJECT_VERSION)
-  message(FATAL_ERROR "The version is ${PROJECT_VERSION} in CMakeLists.txt, but '${banner_version}' in "
-                      "driver/run_record.h and '${page_version}' in the .TH line of dist/vexa.1")
+if(NOT page_version STREQUAL PROJECT_VERSION)
+  message(FATAL_ERROR "The version is ${PROJECT_VERSION} in CMakeLists.txt, but '${page_version}' in "
+                      "the .TH line of dist/vexa.1")
 endif()
 
 # The holder of the copyright, as LICENSE names it, signs the version resource.

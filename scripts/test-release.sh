@@ -2,7 +2,7 @@
 # Tests a release made by scripts/release.sh, as it ships:
 #   - the files: sums, archive members, owners, modes and times, the
 #     executables' machine, static linking and stripping, the imports and
-#     the version resource of vexa.exe (tests/release_check.py);
+#     the version resource of vexa.exe (scripts/check-release.py);
 #   - lintian on both Debian packages: no error, no warning;
 #   - the end-to-end tests (build/'s vexa_tests, E2e*) against the shipped
 #     executables: amd64 as it is, arm64 under qemu-user, vexa.exe under Wine;
@@ -20,7 +20,7 @@ root=$PWD
 VEXA_WANT_WINDOWS=1 VEXA_WANT_RELEASE=1 VEXA_WANT_MAN=1 scripts/setup.sh
 version=$(sed -n 's/^project(vexa VERSION \([0-9][0-9.]*\)[ )].*/\1/p' CMakeLists.txt)
 
-python3 tests/release_check.py "$out" "$version"
+python3 scripts/check-release.py "$out" "$version"
 
 for arch in amd64 arm64; do
   # lintian warns when it runs as root; that line is not about the package.

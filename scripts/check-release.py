@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks what scripts/release.sh made, file by file, before anyone installs it.
 
-Usage: tests/release_check.py OUTDIR VERSION
+Usage: scripts/check-release.py OUTDIR VERSION
 
 The time every member carries must be the commit's, which the source tarball
 tells (git archive stamps each member with it). The executables are read
@@ -287,7 +287,7 @@ def main():
     names = [f"vexa_{version}_amd64.deb", f"vexa_{version}_arm64.deb", f"vexa-{version}-win64.zip", f"vexa-{version}.tar.gz"]
     missing = [n for n in names + ["SHA256SUMS"] if not (out / n).is_file()]
     if missing:
-        print(f"release_check: missing in {out}: {missing}")
+        print(f"check-release: missing in {out}: {missing}")
         return 1
     sums = [line.split("  ", 1) for line in (out / "SHA256SUMS").read_text().splitlines()]
     report.check([n for _, n in sums] == names, f"SHA256SUMS names {[n for _, n in sums]}, want {names}")
@@ -303,8 +303,8 @@ def main():
         check_deb(report, out / names[1], "arm64", version, epoch, license_text)
         check_zip(report, out / names[2], version, epoch, license_text)
     for failure in report.failures:
-        print(f"release_check: {failure}")
-    print(f"release_check: {out}: {'fine' if not report.failures else f'{len(report.failures)} faults'}")
+        print(f"check-release: {failure}")
+    print(f"check-release: {out}: {'fine' if not report.failures else f'{len(report.failures)} faults'}")
     return 1 if report.failures else 0
 
 
