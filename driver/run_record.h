@@ -8,7 +8,8 @@
 #include "driver/args.h"
 
 inline constexpr std::string_view tool_name = "vexa";
-inline constexpr std::string_view tool_version = "0.48";
+// The build gives the version, from the one place it is written.
+inline constexpr std::string_view tool_version = VEXA_VERSION;
 
 // "vexa ver: 0.48" once the run record has been made.
 const std::string& tool_banner();

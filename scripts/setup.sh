@@ -46,6 +46,13 @@ if [ "${VEXA_WANT_WINDOWS:-}" = 1 ]; then
   command -v x86_64-w64-mingw32-g++-posix >/dev/null || lean+=(g++-mingw-w64-x86-64-posix)
   command -v wine >/dev/null || lean+=(wine64 wine)
 fi
+# The release: the arm64 cross compiler and qemu-user to run what it makes,
+# and lintian to check the Debian packages.
+if [ "${VEXA_WANT_RELEASE:-}" = 1 ]; then
+  command -v aarch64-linux-gnu-g++ >/dev/null || need+=(g++-aarch64-linux-gnu)
+  command -v qemu-aarch64 >/dev/null || need+=(qemu-user)
+  command -v lintian >/dev/null || lean+=(lintian)
+fi
 if [ "${VEXA_WANT_CLANG:-}" = 1 ]; then
   command -v clang++ >/dev/null || need+=(clang)
   ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1 || need+=(libclang-rt-dev)

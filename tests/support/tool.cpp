@@ -11,6 +11,7 @@
 #include <iterator>
 #include <poll.h>
 #include <semaphore.h>
+#include <sstream>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -57,9 +58,11 @@ const target_program& target() {
     return program;
 }
 
+// The launcher, a path, may bring its own options (qemu-aarch64 -L <root>): words split at blanks.
 std::vector<std::string> command_for(const std::vector<std::string>& args, const std::string& program) {
     std::vector<std::string> words;
-    if (!target().launcher.empty()) words.push_back(target().launcher);
+    std::istringstream launcher(target().launcher);
+    for (std::string word; launcher >> word;) words.push_back(word);
     words.push_back(program);
     words.insert(words.end(), args.begin(), args.end());
     return words;

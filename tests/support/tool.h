@@ -1,8 +1,8 @@
 #pragma once
 // Starting the tool and reading what it wrote, for the end-to-end and the
 // interop tests. The tool is the built vexa, or VEXA_TEST_PROGRAM started
-// through VEXA_TEST_LAUNCHER (vexa.exe through Wine); VEXA_TEST_HELPER is the
-// Windows program of support/helper_win32.cpp.
+// through VEXA_TEST_LAUNCHER (vexa.exe through Wine, an arm64 build through
+// qemu-user); VEXA_TEST_HELPER is the Windows program of support/helper_win32.cpp.
 
 #include <chrono>
 #include <cstdint>
