@@ -37,8 +37,8 @@ void fill_entry(std::u16string token, filter_entry& entry) {
     entry.is_path = !pattern.empty() && pattern.front() == u'\\';
 }
 
-bool within_time_bounds(const filter_settings& filter, std::u16string_view text, file_info& facts) {
-    if (facts.write_time == 0 && (!get_file_info(facts, text) || facts.write_time == 0)) return false;
+bool within_time_bounds(const filter_settings& filter, const std::string& path, file_info& facts) {
+    if (facts.write_time == 0 && (!get_file_info(facts, path) || facts.write_time == 0)) return false;
     const time_bound& start = filter.start;
     if (start.active && facts.write_time < start.file_time && facts.create_time < start.file_time)
         return false;
@@ -154,14 +154,11 @@ bool parse_offset(std::string_view text, std::uint64_t& value) {
     return true;
 }
 
-bool match_filter(const filter_settings& filter, std::u16string_view text, file_info* facts) {
-    if (text.empty()) return false;
-    if (facts && (filter.start.active || filter.stop.active) && !within_time_bounds(filter, text, *facts))
-        return false;
-    return match_entries(text, filter.entries);
-}
+namespace {
 
-bool match_entries(std::u16string_view text, const std::vector<filter_entry>& entries) {
+// The entries against text; `path` is the text in UTF-8 for a file to open,
+// made once, when first asked for, and shared with the time bounds.
+bool match_entries(std::u16string_view text, const std::vector<filter_entry>& entries, std::string& path) {
     if (text.empty()) return false;
     if (entries.empty()) return true;
     if (entries.size() == 1 && entries.front().match_all) return true;
@@ -169,7 +166,6 @@ bool match_entries(std::u16string_view text, const std::vector<filter_entry>& en
     split_path(text, dir, name);
     to_lower(name);
     bool dir_lowered = false;
-    std::string path;  // UTF-8, for a file to open: made once, when a signature asks
     for (const filter_entry& entry : entries) {
         if (entry.is_path) {
             if (!dir_lowered) {
@@ -184,4 +180,21 @@ bool match_entries(std::u16string_view text, const std::vector<filter_entry>& en
         if (signature_found(path, entry)) return true;
     }
     return false;
+}
+
+}  // namespace
+
+bool match_filter(const filter_settings& filter, std::u16string_view text, file_info* facts) {
+    if (text.empty()) return false;
+    std::string path;
+    if (facts && (filter.start.active || filter.stop.active)) {
+        path = to_utf8(text);
+        if (!within_time_bounds(filter, path, *facts)) return false;
+    }
+    return match_entries(text, filter.entries, path);
+}
+
+bool match_entries(std::u16string_view text, const std::vector<filter_entry>& entries) {
+    std::string path;
+    return match_entries(text, entries, path);
 }

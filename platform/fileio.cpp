@@ -121,11 +121,11 @@ bool fileio::append_text(std::string_view text) {
 
 }  // namespace uni
 
-bool get_file_info(file_info& info, std::u16string_view path) {
+bool get_file_info(file_info& info, const std::string& path) {
     info = file_info{};
     if (path.empty()) return false;
     os::file_facts facts;
-    if (!os::file_stat(to_utf8(path), os::stat_text::list_line, facts)) return false;
+    if (!os::file_stat(path, os::stat_text::list_line, facts)) return false;
     info.write_time = facts.write_time;
     info.create_time = facts.create_time;
     return true;

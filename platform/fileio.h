@@ -63,4 +63,4 @@ struct file_info {
 
 // Time stamps of a file or directory. Which texts are looked up is the
 // system's rule: a bare host name gives false without touching the disk.
-bool get_file_info(file_info& info, std::u16string_view path);
+bool get_file_info(file_info& info, const std::string& path);

@@ -63,7 +63,7 @@ TEST(Filter, FileTimesWithinTheBounds) {
     test_support::temp_dir dir;
     const std::u16string path = to_wide(dir.put("sample.bin", "x"));
     file_info real, none;
-    ASSERT_TRUE(get_file_info(real, path));
+    ASSERT_TRUE(get_file_info(real, to_utf8(path)));
     const std::uint64_t hour = 36000000000ULL, t = real.write_time;
     // Start bound, stop bound (0: none), passes.
     const std::tuple<std::uint64_t, std::uint64_t, bool> cases[] = {
