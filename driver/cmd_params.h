@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "input/filter.h"
 #include "platform/os.h"
